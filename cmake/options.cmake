@@ -1,0 +1,22 @@
+# SPDX-License-Identifier: Apache-2.0
+# Compiler settings that every target of the project gets by linking moxboot_options.
+add_library(moxboot_options INTERFACE)
+target_compile_options(moxboot_options INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow -Wpedantic -Wundef -Wcast-align -Wformat=2 -Wvla
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wextra-semi>
+  -fstack-protector-strong)
+if(MOXBOOT_WERROR)
+  target_compile_options(moxboot_options INTERFACE -Werror)
+endif()
+target_link_options(moxboot_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+
+if(MOXBOOT_SANITIZE)
+  # Fortified calls would hide from the sanitizers' own interceptors.
+  target_compile_options(moxboot_options INTERFACE
+    -fsanitize=${MOXBOOT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
+  target_link_options(moxboot_options INTERFACE -fsanitize=${MOXBOOT_SANITIZE})
+elseif(MOXBOOT_COVERAGE)
+  target_compile_options(moxboot_options INTERFACE -O0 -g)
+else()
+  target_compile_options(moxboot_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()

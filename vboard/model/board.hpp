@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: Apache-2.0
+// The board model: what the board's kernel driver holds and how it answers. Written once; the front ends (in
+// process, preload) copy a caller's request out of its memory, hand it over here, and copy the answer back.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vboard {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// ---- planned faults --------------------------------------------------------------------------------------
+
+enum class Op { open, ioctl, read, write };
+
+// A fault bites on an operation that matches every field given. It lets `skip` matching operations pass, then
+// bites `times` times (0: for ever). What it does is the sum of the effects given.
+struct Fault {
+    Op op = Op::ioctl;
+    std::string device;                   // full path; empty: any device
+    std::optional<std::uint32_t> request; // ioctl request number
+    std::optional<std::uint32_t> item;    // item code (l2 type) of an item request
+    std::string variable;                 // name of the boot variable of an environment request; empty: any
+    unsigned skip = 0;
+    unsigned times = 1;
+
+    int error = 0;                                      // the operation fails with this errno
+    std::optional<int> result;                          // ioctl: this result instead of 0 (the errno stays as it is)
+    std::optional<std::uint32_t> code;                  // item request: the driver's return code in the reply
+    std::map<std::uint32_t, std::uint32_t> reply_words; // ioctl: byte offset in the reply -> 32-bit word put there
+    std::optional<std::uint32_t> cut;     // ioctl: only this many bytes of the reply are filled; read/write: short count
+    std::optional<std::uint32_t> value_size; // environment read: the value size that the driver writes back
+    std::optional<Bytes> value;              // environment read: these 256 bytes at most, with no terminator added
+    unsigned delay_ms = 0;
+};
+
+// ---- journal ---------------------------------------------------------------------------------------------
+
+// One operation on a device, decoded. Kept in order; also appended to the journal file of the board's directory.
+struct Event {
+    std::uint64_t number = 0; // counts from 1
+    double time = 0;          // seconds since the epoch
+    int pid = 0;
+    Op op = Op::open;
+    std::string device;
+    std::uint32_t request = 0;           // ioctl request number
+    std::string what;                    // "get", "set", "hard info", "env read", "env write", "env save", ... ; "unknown"
+    std::vector<std::uint32_t> items;    // item codes asked, in order
+    std::optional<std::uint32_t> sent;   // 32-bit value of a set
+    std::optional<std::uint32_t> answer; // 32-bit value of the reply
+    std::string name, value;             // boot variable; value also holds the text of a console write
+    std::int64_t result = 0;             // what the caller's libc function returned
+    int error = 0;                       // errno with a result of -1
+    std::optional<std::uint32_t> code;   // the driver's return code of an item reply
+    bool faulted = false;                // a planned fault bit
+};
+
+// ---- requests, as the front ends hand them over ----------------------------------------------------------
+
+// Item request (ioctl 1, 3, 200): `in` is the whole input buffer, `out_size` the length of the output buffer.
+// Environment request (0x45xx): `name` and `value` are the two whole buffers (256 bytes or what the sizes say).
+struct IoctlCall {
+    std::string device;
+    std::uint32_t request = 0;
+    int pid = 0;
+    Bytes in;
+    std::uint32_t out_size = 0;
+    Bytes name, value;
+};
+
+struct IoctlReply {
+    int result = 0; // as ioctl returns it
+    int error = 0;  // errno when result is -1
+    Bytes out;      // goes to the start of the output buffer; empty: left untouched
+    std::optional<std::uint32_t> status; // goes to the status word
+    std::optional<Bytes> value;          // environment read: new content of the value buffer
+    std::optional<std::uint32_t> value_size;
+};
+
+struct IoResult {
+    std::int64_t result = 0;
+    int error = 0;
+    Bytes data; // read
+};
+
+// ---- stores ------------------------------------------------------------------------------------------------
+
+// Where the boot environment is saved to. Unsaved changes live in the model only and are lost at a reset.
+class EnvStore
+{
+  public:
+    virtual ~EnvStore() = default;
+    virtual std::map<std::string, std::string> load() = 0;
+    virtual bool save(const std::map<std::string, std::string> &variables) = 0;
+};
+
+// ---- profile -----------------------------------------------------------------------------------------------
+
+// What makes one board differ from another; see vboard/boards/*.toml.
+struct Profile {
+    std::string name;
+    std::string description;
+    std::map<std::string, std::map<std::uint32_t, std::uint32_t>> items; // device path -> item code -> value
+    std::array<std::uint8_t, 6> address{};                               // hardware address (item 0x1000280f)
+    std::map<std::string, std::string> boot_env;     // variables of a factory-new boot environment
+    std::map<std::string, std::string> platform_env; // the platform environment's variables
+    std::map<std::string, std::string> memory_env;   // the memory environment's variables
+    std::string footprint;                           // text of the start-up footprint
+};
+
+// ---- the board ---------------------------------------------------------------------------------------------
+
+// All functions may be called from any thread.
+class Board
+{
+  public:
+    explicit Board(Profile profile, std::shared_ptr<EnvStore> store = nullptr); // no store: saved in memory only
+
+    // From outside: a test, or the vboard command.
+    const Profile &profile() const;
+    void set_item(const std::string &device, std::uint32_t item, std::uint32_t value);
+    void remove_item(const std::string &device, std::uint32_t item); // the driver then refuses it
+    std::optional<std::uint32_t> item(const std::string &device, std::uint32_t item) const;
+    void set_boot_env(const std::string &name, std::optional<std::string> value); // nullopt: delete
+    std::optional<std::string> boot_env(const std::string &name) const;
+    void add_fault(Fault fault);
+    void clear_faults();
+    std::vector<Fault> faults() const;
+    std::vector<Event> journal() const;
+    void clear_journal();
+    void on_event(std::function<void(const Event &)> sink); // called for each event, in order
+
+    // From a program, through a front end.
+    bool serves(const std::string &device) const; // a path of this board's driver
+    int open(const std::string &device, int flags, int pid);   // 0 or an errno
+    IoctlReply ioctl(const IoctlCall &call);
+    IoResult read(const std::string &device, std::size_t count, int pid);
+    IoResult write(const std::string &device, const Bytes &data, int pid);
+    void close(const std::string &device, int pid);
+};
+
+} // namespace vboard
