@@ -32,7 +32,6 @@
 /** The driver refused the request, or its answer failed a check. */
 #define DRVBOOT_ERR_IOCTL 10000u
 
-
 /**
  * Address descriptor: a user-space address in a form that a 32-bit process and a 64-bit kernel read alike.
  * The address lies least significant byte first; the bytes above the meaningful ones are zero.

@@ -14,7 +14,8 @@
 #include <string>
 #include <vector>
 
-namespace vboard {
+namespace vboard
+{
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -33,27 +34,30 @@ struct Fault {
     unsigned skip = 0;
     unsigned times = 1;
 
-    int error = 0;                                      // the operation fails with this errno
-    std::optional<int> result;                          // ioctl: this result instead of 0 (the errno stays as it is)
-    std::optional<std::uint32_t> code;                  // item request: the driver's return code in the reply
-    std::map<std::uint32_t, std::uint32_t> reply_words; // ioctl: byte offset in the reply -> 32-bit word put there
-    std::optional<std::uint32_t> cut;     // ioctl: only this many bytes of the reply are filled; read/write: short count
+    int error = 0;                     // the operation fails with this errno
+    std::optional<int> result;         // ioctl: this result instead of 0 (the errno stays as it is)
+    std::optional<std::uint32_t> code; // item request: the driver's return code in the reply
+    std::map<std::uint32_t, std::uint32_t>
+        reply_words; // ioctl: byte offset in the reply -> 32-bit word put there
+    std::optional<std::uint32_t>
+        cut; // ioctl: only this many bytes of the reply are filled; read/write: short count
     std::optional<std::uint32_t> value_size; // environment read: the value size that the driver writes back
-    std::optional<Bytes> value;              // environment read: these 256 bytes at most, with no terminator added
+    std::optional<Bytes> value; // environment read: these 256 bytes at most, with no terminator added
     unsigned delay_ms = 0;
 };
 
 // ---- journal ---------------------------------------------------------------------------------------------
 
-// One operation on a device, decoded. Kept in order; also appended to the journal file of the board's directory.
+// One operation on a device, decoded. Kept in order; also appended to the journal file of the board's
+// directory.
 struct Event {
     std::uint64_t number = 0; // counts from 1
     double time = 0;          // seconds since the epoch
     int pid = 0;
     Op op = Op::open;
     std::string device;
-    std::uint32_t request = 0;           // ioctl request number
-    std::string what;                    // "get", "set", "hard info", "env read", "env write", "env save", ... ; "unknown"
+    std::uint32_t request = 0; // ioctl request number
+    std::string what; // "get", "set", "hard info", "env read", "env write", "env save", ... ; "unknown"
     std::vector<std::uint32_t> items;    // item codes asked, in order
     std::optional<std::uint32_t> sent;   // 32-bit value of a set
     std::optional<std::uint32_t> answer; // 32-bit value of the reply
@@ -67,7 +71,8 @@ struct Event {
 // ---- requests, as the front ends hand them over ----------------------------------------------------------
 
 // Item request (ioctl 1, 3, 200): `in` is the whole input buffer, `out_size` the length of the output buffer.
-// Environment request (0x45xx): `name` and `value` are the two whole buffers (256 bytes or what the sizes say).
+// Environment request (0x45xx): `name` and `value` are the two whole buffers (256 bytes or what the sizes
+// say).
 struct IoctlCall {
     std::string device;
     std::uint32_t request = 0;
@@ -78,9 +83,9 @@ struct IoctlCall {
 };
 
 struct IoctlReply {
-    int result = 0; // as ioctl returns it
-    int error = 0;  // errno when result is -1
-    Bytes out;      // goes to the start of the output buffer; empty: left untouched
+    int result = 0;                      // as ioctl returns it
+    int error = 0;                       // errno when result is -1
+    Bytes out;                           // goes to the start of the output buffer; empty: left untouched
     std::optional<std::uint32_t> status; // goes to the status word
     std::optional<Bytes> value;          // environment read: new content of the value buffer
     std::optional<std::uint32_t> value_size;
@@ -92,7 +97,8 @@ struct IoResult {
     Bytes data; // read
 };
 
-// ---- stores ------------------------------------------------------------------------------------------------
+// ---- stores
+// ------------------------------------------------------------------------------------------------
 
 // Where the boot environment is saved to. Unsaved changes live in the model only and are lost at a reset.
 class EnvStore
@@ -103,7 +109,8 @@ class EnvStore
     virtual bool save(const std::map<std::string, std::string> &variables) = 0;
 };
 
-// ---- profile -----------------------------------------------------------------------------------------------
+// ---- profile
+// -----------------------------------------------------------------------------------------------
 
 // What makes one board differ from another; see vboard/boards/*.toml.
 struct Profile {
@@ -117,13 +124,15 @@ struct Profile {
     std::string footprint;                           // text of the start-up footprint
 };
 
-// ---- the board ---------------------------------------------------------------------------------------------
+// ---- the board
+// ---------------------------------------------------------------------------------------------
 
 // All functions may be called from any thread.
 class Board
 {
   public:
-    explicit Board(Profile profile, std::shared_ptr<EnvStore> store = nullptr); // no store: saved in memory only
+    explicit Board(Profile profile,
+                   std::shared_ptr<EnvStore> store = nullptr); // no store: saved in memory only
 
     // From outside: a test, or the vboard command.
     const Profile &profile() const;
@@ -140,8 +149,8 @@ class Board
     void on_event(std::function<void(const Event &)> sink); // called for each event, in order
 
     // From a program, through a front end.
-    bool serves(const std::string &device) const; // a path of this board's driver
-    int open(const std::string &device, int flags, int pid);   // 0 or an errno
+    bool serves(const std::string &device) const;            // a path of this board's driver
+    int open(const std::string &device, int flags, int pid); // 0 or an errno
     IoctlReply ioctl(const IoctlCall &call);
     IoResult read(const std::string &device, std::size_t count, int pid);
     IoResult write(const std::string &device, const Bytes &data, int pid);

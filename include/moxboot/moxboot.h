@@ -1,0 +1,16 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/**
+ * @file moxboot.h
+ * The whole interface of the MOX boot driver library.
+ */
+#ifndef MOXBOOT_MOXBOOT_H
+#define MOXBOOT_MOXBOOT_H
+
+#include <moxboot/board.h>
+#include <moxboot/channel.h>
+#include <moxboot/driver.h>
+#include <moxboot/env.h>
+#include <moxboot/time.h>
+#include <moxboot/types.h>
+
+#endif

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+// The report pair: every failure and every step is told to the start-up step trace first, then to the system
+// log and the console, with the same text and the same arguments.
+#pragma once
+
+#include <moxboot/channel.h>
+
+namespace moxboot
+{
+
+// One function for each shape of arguments, not one for each message: this is what keeps the call sites
+// small.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+#pragma GCC diagnostic ignored "-Wformat-security"
+template <typename... Args>
+[[gnu::noinline]] int32_t report(uint32_t trace_level, const char *format, Args... args)
+{
+    DrvBootStartupStepTrace(0, trace_level, format, args...);
+    return drvboot_message(DRVBOOT_LEVEL_ERROR, format, args...);
+}
+#pragma GCC diagnostic pop
+
+// Never called: its declaration lets the compiler hold a format against its arguments.
+[[gnu::format(printf, 1, 2)]] void check_format(const char *format, ...);
+
+} // namespace moxboot
+
+// Both give the message's result, which some functions hand on.
+#define REPORT_FAILURE(...)                                                                                  \
+    (true ? ::moxboot::report(DRVBOOT_TRACE_FAILURE, __VA_ARGS__) : (::moxboot::check_format(__VA_ARGS__), 0))
+#define REPORT_INFO(...)                                                                                     \
+    (true ? ::moxboot::report(DRVBOOT_TRACE_INFO, __VA_ARGS__) : (::moxboot::check_format(__VA_ARGS__), 0))
