@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/verbs.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+
+namespace
+{
+
+int parse_and_run(int argc, char **argv)
+{
+    using namespace vboard::cli;
+    Call call;
+    // What stands after "--" belongs to somebody else's command line and is not looked at.
+    char **const end = argv + argc;
+    char **const dashes = std::find_if(argv, end, [](const char *word) { return std::string(word) == "--"; });
+    call.has_command = dashes != end;
+    if (call.has_command)
+        call.command.assign(dashes + 1, end);
+
+    CLI::App app(
+        "A virtual MOX board: makes one, runs programs on it, looks at it and disturbs it from outside.",
+        "vboard");
+    app.require_subcommand(1);
+    app.footer("Exit status: 0 done, 1 failed, 2 wrong usage; run, exec and tree hand on the command's own.");
+    add_tree(app, call);
+    try {
+        app.parse(static_cast<int>(dashes - argv), argv);
+    } catch (const CLI::ParseError &error) {
+        const int status = app.exit(error);
+        return status == 0 ? done : usage;
+    }
+    try {
+        return call.action();
+    } catch (const UsageError &error) {
+        std::fprintf(stderr, "vboard: %s\n", error.what());
+        return usage;
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return parse_and_run(argc, argv);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "vboard: %s\n", error.what());
+    }
+    return vboard::cli::failed;
+}

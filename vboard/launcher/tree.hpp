@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+// The board's file tree: the host's root directory, with the places that a board has for itself put over it.
+#pragma once
+
+#include "launcher/namespace.hpp"
+
+#include <filesystem>
+#include <vector>
+
+namespace vboard
+{
+
+struct TreePlan {
+    // The board's directory; its subdirectory "tree" keeps the board's files. Empty: they live in memory
+    // only.
+    std::filesystem::path state;
+    // Files and directories of the host that must stay reachable under their names, even where the board has
+    // a directory of its own: the project, the program to run. The working directory is always kept.
+    std::vector<std::filesystem::path> keep;
+};
+
+// Makes the directories of STATE/tree that are missing.
+void prepare_tree(const std::filesystem::path &state);
+
+// Makes the tree the root directory of this process. The working directory stays the same by name.
+void enter_tree(const OwnNamespace &proof, const TreePlan &plan);
+
+} // namespace vboard
