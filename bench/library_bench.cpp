@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+// One item query and one log line, each against the same calls written out by hand. Runs in a file tree of
+// its own, because it answers at "/dev/log".
+#include "ratio.hpp"
+
+#include "vboard/front/inprocess.hpp"
+#include "vboard/model/board.hpp"
+
+#include <moxboot/moxboot.h>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <syslog.h>
+#include <thread>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr std::uint32_t hard_type_item = 0x8000001;
+constexpr std::uint32_t hard_type = 0x90020709;
+vboard::Board *board = nullptr;
+
+// The journal of the in-process board would grow without bounds; it is emptied outside the measured time.
+template <typename Query>
+void query_loop(benchmark::State &state, Query query)
+{
+    std::uint64_t rounds = 0;
+    for (auto _ : state) {
+        std::uint32_t value = query();
+        if (value != hard_type)
+            state.SkipWithError("wrong answer");
+        if (++rounds % 4096 == 0) {
+            state.PauseTiming();
+            board->clear_journal();
+            state.ResumeTiming();
+        }
+    }
+    board->clear_journal();
+}
+
+void query_library(benchmark::State &state)
+{
+    query_loop(state, [] {
+        std::uint32_t value = 0;
+        drvboot_get_value_by_tlv("/dev/board0", hard_type_item, &value);
+        return value;
+    });
+}
+
+void put_address(void *buffer, AddrDes *descriptor)
+{
+    auto address = reinterpret_cast<std::uintptr_t>(buffer);
+    std::memset(descriptor, 0, sizeof *descriptor);
+    std::memcpy(descriptor->addr, &address, sizeof address);
+    descriptor->count = sizeof address;
+}
+
+void query_floor(benchmark::State &state)
+{
+    query_loop(state, [] {
+        std::uint32_t in[16] = {DRVBOOT_TLV_L1_TYPE, 8, hard_type_item, 0};
+        std::uint32_t out[16] = {};
+        std::uint32_t status = 0;
+        DrvbootIoctlBlock block = {};
+        put_address(in, &block.in);
+        put_address(out, &block.out);
+        put_address(&status, &block.status);
+        block.in_length = block.out_length = sizeof in;
+        int fd = open("/dev/board0", O_RDONLY | O_NONBLOCK);
+        int result = ioctl(fd, DRVBOOT_CMD_GET, &block);
+        close(fd);
+        return result == 0 ? out[7] : 0;
+    });
+}
+
+void log_library(benchmark::State &state)
+{
+    for (auto _ : state)
+        drvboot_message(DRVBOOT_LEVEL_ERROR, "Not succeed to get board role,ret=0x%x.\n", 10000u);
+}
+
+void log_floor(benchmark::State &state)
+{
+    for (auto _ : state) {
+        char line[129] = {'\r'};
+        int length = snprintf(line + 1, sizeof line - 1, "Not succeed to get board role,ret=0x%x.\n", 10000u);
+        openlog("init", 0, LOG_DAEMON);
+        syslog(LOG_INFO, "%s", line + 1);
+        closelog();
+        line[length + 1] = '\n';
+        if (write(2, line, static_cast<std::size_t>(length) + 2) < 0)
+            state.SkipWithError("standard error");
+        printf("[boot_info]%s", line);
+    }
+}
+
+// Takes the log lines off their socket, as the board's log service does.
+void serve_log(int socket)
+{
+    char datagram[1024];
+    while (recv(socket, datagram, sizeof datagram, 0) > 0) {
+    }
+}
+
+int open_log()
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, "/dev/log");
+    int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
+        std::perror("bench: /dev/log (start this program with `vboard tree --`)");
+        std::exit(1);
+    }
+    return fd;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    vboard::Profile profile;
+    profile.name = "bench";
+    profile.items["/dev/board0"][hard_type_item] = hard_type;
+    vboard::Board model(profile);
+    board = &model;
+    vboard::attach(&model);
+    std::thread(serve_log, open_log()).detach();
+
+    // What the log lines print goes nowhere; the table goes where standard output was.
+    std::fflush(stdout);
+    int table = dup(STDOUT_FILENO);
+    int nowhere = open("/dev/null", O_WRONLY);
+    dup2(nowhere, STDOUT_FILENO);
+    dup2(nowhere, STDERR_FILENO);
+
+    auto pair = [](const char *name, void (*run)(benchmark::State &)) {
+        benchmark::RegisterBenchmark(name, run)->Repetitions(11)->MinTime(0.05)->UseRealTime();
+    };
+    pair("item query/library", query_library);
+    pair("item query/floor", query_floor);
+    pair("log line/library", log_library);
+    pair("log line/floor", log_floor);
+    static const bench::Goal goals[] = {{"item query", 1.10}, {"log line", 1.10}};
+    int status = bench::run_pairs(argc, argv, goals, 2, table);
+    vboard::detach();
+    std::_Exit(status);
+}
