@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "front/wire.hpp"
+
+namespace vboard::wire
+{
+
+bool valid(const Request &request, std::size_t length)
+{
+    if (length < sizeof request || request.magic != magic || request.size > max_payload ||
+        length - sizeof request != request.size)
+        return false;
+    switch (request.action) {
+    case Action::open:
+    case Action::ioctl:
+        return request.size == 0;
+    case Action::read:
+        return request.size == 0 && request.number <= max_payload;
+    case Action::write:
+        return true;
+    }
+    return false;
+}
+
+bool valid(const Answer &answer, std::size_t length)
+{
+    if (length < sizeof answer || answer.magic != magic || answer.size > max_payload)
+        return false;
+    switch (answer.step) {
+    case Step::fetch:
+        return length == sizeof answer;
+    case Step::store:
+    case Step::done:
+        return length - sizeof answer == answer.size;
+    }
+    return false;
+}
+
+bool valid(const Fetched &fetched, std::size_t length, std::uint32_t wanted)
+{
+    if (length < sizeof fetched)
+        return false;
+    if (fetched.error != 0)
+        return length == sizeof fetched;
+    return fetched.size == wanted && length - sizeof fetched == wanted;
+}
+
+} // namespace vboard::wire
