@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+// Words of the command line: what they stand for, and whether they will do. A check tells in words what is
+// wrong, and nothing when all is well.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace moxctl
+{
+
+// A 32-bit number, decimal or with 0x in front hexadecimal; nothing else will do.
+std::optional<std::uint32_t> parse_number(const std::string &word);
+std::string check_number(const std::string &word);
+
+// A device path; a word without a slash is a name under /dev.
+std::string device_path(const std::string &word);
+std::string check_device(const std::string &word);
+
+// The library would cut or misreport what is longer than the store can hold.
+std::string check_variable_name(const std::string &word);
+std::string check_variable_value(const std::string &word);
+
+} // namespace moxctl
