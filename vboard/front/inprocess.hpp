@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// The front end that is linked into a test program: the program's own definitions of open(), ioctl() and their like stand
-// before libc's, serve a board's devices, and pass everything else on.
+// The front end that is linked into a test program: the program's own definitions of open(), ioctl() and
+// their like stand before libc's, serve a board's devices, and pass everything else on.
 //
-// The test program must export its symbols (ENABLE_EXPORTS), so that shared libraries bind to these definitions.
+// The test program must export its symbols (ENABLE_EXPORTS), so that shared libraries bind to these
+// definitions.
 #pragma once
 
 #include "model/board.hpp"
@@ -18,8 +19,9 @@ namespace vboard
 void attach(Board *board);
 void detach();
 
-// A call of a libc function, as a hook sees it before it is made. `function` is the plain name, whichever variant was
-// called: "open" also stands for open64 and __open64_2. Fields that a function has no use for keep their defaults.
+// A call of a libc function, as a hook sees it before it is made. `function` is the plain name, whichever
+// variant was called: "open" also stands for open64 and __open64_2. Fields that a function has no use for
+// keep their defaults.
 //
 //   open (path, size: flags)   close, ioctl, read, write, lseek, fsync (fd; size: count or request)
 //   malloc, calloc (size)      free (data)
@@ -31,7 +33,8 @@ struct LibcCall {
     const char *path = nullptr;
     std::size_t size = 0;
     std::uint64_t microseconds = 0;
-    void *data = nullptr; // free: the block; ioctl: the argument; write: the bytes; select: its timeout; time, ...: the output
+    void *data = nullptr; // free: the block; ioctl: the argument; write: the bytes; select: its timeout;
+                          // time, ...: the output
 };
 
 // What a hook answers in place of the call. A pointer result is the number cast.

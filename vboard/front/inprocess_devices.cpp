@@ -128,8 +128,8 @@ IoctlResult ioctl(const std::string &device, unsigned long request, void *argume
     if (board == nullptr)
         return {-1, ENODEV};
     OwnMemory memory;
-    return run_ioctl(*board, device, static_cast<std::uint32_t>(request), reinterpret_cast<std::uintptr_t>(argument),
-                     getpid(), memory);
+    return run_ioctl(*board, device, static_cast<std::uint32_t>(request),
+                     reinterpret_cast<std::uintptr_t>(argument), getpid(), memory);
 }
 
 IoResult read(const std::string &device, void *buffer, std::size_t count)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The libc functions that stand in front of libc's own. Built without sanitizers, for they run before those are ready; the
-// definitions behind these are the sanitizers' where there are any.
+// The libc functions that stand in front of libc's own. Built without sanitizers, for they run before those
+// are ready; the definitions behind these are the sanitizers' where there are any.
 #include "front/inprocess.hpp"
 #include "front/inprocess_devices.hpp"
 
@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <sys/select.h>
 #include <sys/sysinfo.h>
+#include <type_traits>
 #include <unistd.h>
 
 namespace
@@ -36,10 +37,10 @@ Function *find(std::atomic<void *> &place, const char *name)
 }
 
 // The definition behind this one, of the given type.
-#define NEXT(type, name)                                                                                               \
-    ([]() -> type * {                                                                                                  \
-        static constinit std::atomic<void *> place{nullptr};                                                           \
-        return find<type>(place, name);                                                                                \
+#define NEXT(type, name)                                                                                     \
+    ([]() -> std::add_pointer_t<type> {                                                                      \
+        static constinit std::atomic<void *> place{nullptr};                                                 \
+        return find<type>(place, name);                                                                      \
     }())
 
 // What the hook answers; errno is set then.
@@ -202,23 +203,23 @@ void set_block_hook(BlockHook wanted)
 
 extern "C" {
 
-#define DEFINE_OPEN(name)                                                                                              \
-    int name(const char *path, int flags, ...)                                                                         \
-    {                                                                                                                  \
-        va_list args;                                                                                                  \
-        va_start(args, flags);                                                                                         \
-        mode_t mode = mode_of(flags, args);                                                                            \
-        va_end(args);                                                                                                  \
-        return open_path(path, flags, mode, NEXT(Open, #name), CALLER);                                                \
+#define DEFINE_OPEN(name)                                                                                    \
+    int name(const char *path, int flags, ...)                                                               \
+    {                                                                                                        \
+        va_list args;                                                                                        \
+        va_start(args, flags);                                                                               \
+        mode_t mode = mode_of(flags, args);                                                                  \
+        va_end(args);                                                                                        \
+        return open_path(path, flags, mode, NEXT(Open, #name), CALLER);                                      \
     }
 DEFINE_OPEN(open)
 DEFINE_OPEN(open64)
 
 // The fortified form that takes no mode.
-#define DEFINE_OPEN_2(name, plain)                                                                                     \
-    int name(const char *path, int flags)                                                                              \
-    {                                                                                                                  \
-        return open_path(path, flags, 0, NEXT(Open, plain), CALLER);                                                   \
+#define DEFINE_OPEN_2(name, plain)                                                                           \
+    int name(const char *path, int flags)                                                                    \
+    {                                                                                                        \
+        return open_path(path, flags, 0, NEXT(Open, plain), CALLER);                                         \
     }
 int __open_2(const char *path, int flags);
 int __open64_2(const char *path, int flags);
@@ -234,14 +235,14 @@ int close(int fd)
     return NEXT(int(int), "close")(fd);
 }
 
-#define DEFINE_IOCTL(name)                                                                                             \
-    int name(int fd, unsigned long request, ...) noexcept                                                              \
-    {                                                                                                                  \
-        va_list args;                                                                                                  \
-        va_start(args, request);                                                                                       \
-        void *argument = va_arg(args, void *);                                                                         \
-        va_end(args);                                                                                                  \
-        return ioctl_descriptor(fd, request, argument, NEXT(Ioctl, #name), CALLER);                                    \
+#define DEFINE_IOCTL(name)                                                                                   \
+    int name(int fd, unsigned long request, ...) noexcept                                                    \
+    {                                                                                                        \
+        va_list args;                                                                                        \
+        va_start(args, request);                                                                             \
+        void *argument = va_arg(args, void *);                                                               \
+        va_end(args);                                                                                        \
+        return ioctl_descriptor(fd, request, argument, NEXT(Ioctl, #name), CALLER);                          \
     }
 int ioctl(int fd, unsigned long request, ...) noexcept;
 DEFINE_IOCTL(ioctl)
@@ -259,7 +260,9 @@ ssize_t read(int fd, void *buffer, size_t count)
 ssize_t __read_chk(int fd, void *buffer, size_t count, size_t room);
 ssize_t __read_chk(int fd, void *buffer, size_t count, size_t room)
 {
-    auto next = [=] { return NEXT(ssize_t(int, void *, size_t, size_t), "__read_chk")(fd, buffer, count, room); };
+    auto next = [=] {
+        return NEXT(ssize_t(int, void *, size_t, size_t), "__read_chk")(fd, buffer, count, room);
+    };
     return read_descriptor(fd, buffer, count, next, CALLER);
 }
 
@@ -299,14 +302,14 @@ int dup3(int fd, int copy, int flags) noexcept
     return result;
 }
 
-#define DEFINE_FCNTL(name)                                                                                             \
-    int name(int fd, int command, ...)                                                                                 \
-    {                                                                                                                  \
-        va_list args;                                                                                                  \
-        va_start(args, command);                                                                                       \
-        void *argument = va_arg(args, void *);                                                                         \
-        va_end(args);                                                                                                  \
-        return fcntl_descriptor(fd, command, argument, NEXT(Fcntl, #name));                                            \
+#define DEFINE_FCNTL(name)                                                                                   \
+    int name(int fd, int command, ...)                                                                       \
+    {                                                                                                        \
+        va_list args;                                                                                        \
+        va_start(args, command);                                                                             \
+        void *argument = va_arg(args, void *);                                                               \
+        va_end(args);                                                                                        \
+        return fcntl_descriptor(fd, command, argument, NEXT(Fcntl, #name));                                  \
     }
 DEFINE_FCNTL(fcntl)
 DEFINE_FCNTL(fcntl64)
@@ -315,7 +318,8 @@ int __fcntl_time64(int fd, int command, ...);
 DEFINE_FCNTL(__fcntl_time64)
 #endif
 
-// ---- sleeping and clocks -------------------------------------------------------------------------------------
+// ---- sleeping and clocks
+// -------------------------------------------------------------------------------------
 
 int usleep(useconds_t duration)
 {
@@ -326,20 +330,20 @@ int usleep(useconds_t duration)
 }
 
 // The timeout as the variant lays it: 32-bit words, or 64-bit ones in a 32-bit process with 64-bit times.
-#define DEFINE_SELECT(name, word)                                                                                      \
-    int name(int count, fd_set *readable, fd_set *writable, fd_set *exceptional, struct timeval *timeout)              \
-    {                                                                                                                  \
-        std::uint64_t wait = 0;                                                                                        \
-        if (timeout != nullptr) {                                                                                      \
-            word fields[2];                                                                                            \
-            std::memcpy(fields, timeout, sizeof fields);                                                               \
-            wait = microseconds(fields[0], fields[1]);                                                                 \
-        }                                                                                                              \
-        long result = 0;                                                                                               \
-        if (answered(on_time("select", CALLER, wait, timeout), result))                                                \
-            return static_cast<int>(result);                                                                           \
-        return NEXT(int(int, fd_set *, fd_set *, fd_set *, timeval *), #name)(count, readable, writable, exceptional,  \
-                                                                              timeout);                                \
+#define DEFINE_SELECT(name, word)                                                                            \
+    int name(int count, fd_set *readable, fd_set *writable, fd_set *exceptional, struct timeval *timeout)    \
+    {                                                                                                        \
+        std::uint64_t wait = 0;                                                                              \
+        if (timeout != nullptr) {                                                                            \
+            word fields[2];                                                                                  \
+            std::memcpy(fields, timeout, sizeof fields);                                                     \
+            wait = microseconds(fields[0], fields[1]);                                                       \
+        }                                                                                                    \
+        long result = 0;                                                                                     \
+        if (answered(on_time("select", CALLER, wait, timeout), result))                                      \
+            return static_cast<int>(result);                                                                 \
+        return NEXT(int(int, fd_set *, fd_set *, fd_set *, timeval *), #name)(count, readable, writable,     \
+                                                                              exceptional, timeout);         \
     }
 DEFINE_SELECT(select, long)
 #if __SIZEOF_POINTER__ == 4
@@ -391,14 +395,16 @@ struct tm *__localtime64_r(const std::int64_t *when, struct tm *output) noexcept
 }
 #endif
 
-// ---- memory --------------------------------------------------------------------------------------------------
+// ---- memory
+// --------------------------------------------------------------------------------------------------
 
 void *malloc(size_t size)
 {
     if (looking)
         return early_block(size);
     long result = 0;
-    if (hook.load(std::memory_order_relaxed) != nullptr && answered(on_block("malloc", CALLER, size, nullptr), result))
+    if (hook.load(std::memory_order_relaxed) != nullptr &&
+        answered(on_block("malloc", CALLER, size, nullptr), result))
         return reinterpret_cast<void *>(result);
     looking = true;
     auto *next = NEXT(void *(size_t), "malloc");

@@ -71,7 +71,8 @@ IoctlResult run_item(Board &board, IoctlCall &call, std::uint64_t argument, Memo
     call.out_size = block.out_length;
 
     IoctlReply reply = board.ioctl(call);
-    error = store(memory, address(block.out), reply.out.data(), std::min<std::size_t>(reply.out.size(), block.out_length));
+    error = store(memory, address(block.out), reply.out.data(),
+                  std::min<std::size_t>(reply.out.size(), block.out_length));
     if (error == 0 && reply.status)
         error = store(memory, address(block.status), &*reply.status, sizeof *reply.status);
     return finish(reply, error);
@@ -90,7 +91,8 @@ IoctlResult run_environment(Board &board, IoctlCall &call, std::uint64_t argumen
 
     IoctlReply reply = board.ioctl(call);
     if (reply.value)
-        error = store(memory, block.value, reply.value->data(), std::min<std::size_t>(reply.value->size(), block.value_size));
+        error = store(memory, block.value, reply.value->data(),
+                      std::min<std::size_t>(reply.value->size(), block.value_size));
     if (error == 0 && reply.value_size) {
         block.value_size = *reply.value_size;
         error = memory.store(argument, &block, sizeof block);
@@ -100,8 +102,8 @@ IoctlResult run_environment(Board &board, IoctlCall &call, std::uint64_t argumen
 
 } // namespace
 
-IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t request, std::uint64_t argument, int pid,
-                      Memory &memory)
+IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t request, std::uint64_t argument,
+                      int pid, Memory &memory)
 {
     IoctlCall call;
     call.device = device;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// An ioctl as the kernel's side sees it: a request number and an address in the caller's memory. What it points at is copied
-// out, the board asked, and the answer copied back, the way a driver does it.
+// An ioctl as the kernel's side sees it: a request number and an address in the caller's memory. What it
+// points at is copied out, the board asked, and the answer copied back, the way a driver does it.
 #pragma once
 
 #include "model/board.hpp"
@@ -27,7 +27,7 @@ struct IoctlResult {
     int error = 0; // errno with a result of -1
 };
 
-IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t request, std::uint64_t argument, int pid,
-                      Memory &memory);
+IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t request, std::uint64_t argument,
+                      int pid, Memory &memory);
 
 } // namespace vboard

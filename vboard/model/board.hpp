@@ -155,6 +155,21 @@ class Board
     IoResult read(const std::string &device, std::size_t count, int pid);
     IoResult write(const std::string &device, const Bytes &data, int pid);
     void close(const std::string &device, int pid);
+
+  private:
+    // Decodes, applies a fault's delay, records. Everything else happens under the lock.
+    std::optional<Fault> begin(Event &event);
+    void record(Event &event);
+
+    const Profile profile_;
+    const std::shared_ptr<EnvStore> store_;
+    mutable std::mutex mutex_;
+    std::map<std::string, std::map<std::uint32_t, std::uint32_t>> items_;
+    std::map<std::string, std::string> variables_;
+    std::vector<Fault> faults_;
+    std::vector<Event> journal_;
+    std::uint64_t events_ = 0;
+    std::function<void(const Event &)> sink_;
 };
 
 } // namespace vboard
