@@ -66,11 +66,12 @@ IoctlResult run_item(Board &board, IoctlCall &call, std::uint64_t argument, Memo
         error = fetch(memory, address(block.in), block.in_length, call.in);
     if (error == 0 && block.out_length > longest_buffer)
         error = EINVAL;
-    if (error != 0)
-        return {-1, error};
+    call.memory_error = error;
     call.out_size = block.out_length;
 
     IoctlReply reply = board.ioctl(call);
+    if (call.memory_error != 0)
+        return finish(reply, 0);
     error = store(memory, address(block.out), reply.out.data(),
                   std::min<std::size_t>(reply.out.size(), block.out_length));
     if (error == 0 && reply.status)
@@ -86,10 +87,11 @@ IoctlResult run_environment(Board &board, IoctlCall &call, std::uint64_t argumen
         error = fetch(memory, block.name, block.name_size, call.name);
     if (error == 0)
         error = fetch(memory, block.value, block.value_size, call.value);
-    if (error != 0)
-        return {-1, error};
+    call.memory_error = error;
 
     IoctlReply reply = board.ioctl(call);
+    if (call.memory_error != 0)
+        return finish(reply, 0);
     if (reply.value)
         error = store(memory, block.value, reply.value->data(),
                       std::min<std::size_t>(reply.value->size(), block.value_size));

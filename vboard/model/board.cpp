@@ -1,227 +1,198 @@
 // SPDX-License-Identifier: Apache-2.0
+// The board as it is seen from outside: by a test, or by the vboard command.
 #include "model/board.hpp"
 
-#include "model/driver.hpp"
-#include "model/faults.hpp"
+#include "model/items.hpp"
+#include "model/request_kind.hpp"
+#include "model/state.hpp"
+#include "model/tlv.hpp"
 
-#include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <thread>
 
 namespace vboard
 {
+
 namespace
 {
 
-Event make_event(Op op, const std::string &device, int pid)
-{
-    Event event;
-    event.op = op;
-    event.device = device;
-    event.pid = pid;
-    return event;
-}
-
-double now()
-{
-    using namespace std::chrono;
-    return duration<double>(system_clock::now().time_since_epoch()).count();
-}
+constexpr std::size_t kept_events = 65536;
 
 } // namespace
 
-Board::Board(Profile profile, std::shared_ptr<EnvStore> store)
-    : profile_(std::move(profile)), store_(std::move(store))
+void Journal::record(Event event, std::unique_lock<std::mutex> before)
 {
-    items_ = profile_.items;
-    variables_ = store_ ? store_->load() : profile_.boot_env;
+    using namespace std::chrono;
+    const std::lock_guard lock(mutex_);
+    before.unlock();
+    event.number = ++last_number_;
+    event.time = duration<double>(system_clock::now().time_since_epoch()).count();
+    events_.push_back(std::move(event));
+    if (events_.size() > kept_events)
+        events_.pop_front();
+    if (sink_)
+        sink_(events_.back());
 }
 
-const Profile &Board::profile() const
+std::vector<Event> Journal::events() const
 {
-    return profile_;
+    const std::lock_guard lock(mutex_);
+    return {events_.begin(), events_.end()};
 }
 
-void Board::set_item(const std::string &device, std::uint32_t item, std::uint32_t value)
+void Journal::clear()
 {
-    std::lock_guard lock(mutex_);
-    items_[device][item] = value;
+    const std::lock_guard lock(mutex_);
+    events_.clear();
 }
 
-void Board::remove_item(const std::string &device, std::uint32_t item)
+void Journal::on_event(std::function<void(const Event &)> sink)
 {
-    std::lock_guard lock(mutex_);
-    items_[device].erase(item);
-}
-
-std::optional<std::uint32_t> Board::item(const std::string &device, std::uint32_t item) const
-{
-    std::lock_guard lock(mutex_);
-    auto found = items_.find(device);
-    if (found == items_.end())
-        return std::nullopt;
-    auto value = found->second.find(item);
-    return value == found->second.end() ? std::nullopt : std::optional(value->second);
-}
-
-void Board::set_boot_env(const std::string &name, std::optional<std::string> value)
-{
-    std::lock_guard lock(mutex_);
-    if (value)
-        variables_[name] = *value;
-    else
-        variables_.erase(name);
-}
-
-std::optional<std::string> Board::boot_env(const std::string &name) const
-{
-    std::lock_guard lock(mutex_);
-    auto found = variables_.find(name);
-    return found == variables_.end() ? std::nullopt : std::optional(found->second);
-}
-
-void Board::add_fault(Fault fault)
-{
-    std::lock_guard lock(mutex_);
-    faults_.push_back(std::move(fault));
-}
-
-void Board::clear_faults()
-{
-    std::lock_guard lock(mutex_);
-    faults_.clear();
-}
-
-std::vector<Fault> Board::faults() const
-{
-    std::lock_guard lock(mutex_);
-    return faults_;
-}
-
-std::vector<Event> Board::journal() const
-{
-    std::lock_guard lock(mutex_);
-    return journal_;
-}
-
-void Board::clear_journal()
-{
-    std::lock_guard lock(mutex_);
-    journal_.clear();
-}
-
-void Board::on_event(std::function<void(const Event &)> sink)
-{
-    std::lock_guard lock(mutex_);
+    const std::lock_guard lock(mutex_);
     sink_ = std::move(sink);
 }
 
-bool Board::serves(const std::string &device) const
+Board::State::State(Profile profile_, std::shared_ptr<EnvStore> store_)
+    : profile(std::move(profile_)), store(std::move(store_)), saved(profile.boot_env)
 {
-    std::lock_guard lock(mutex_);
-    return device == environment_device || device == console_device || items_.count(device) != 0;
+    for (const auto &[device, values] : profile.items)
+        for (const auto &[code, value] : values)
+            items[device][code] = bytes_of(value);
+    items["/dev/board0"][item_code::address] = Bytes(profile.address.begin(), profile.address.end());
+    load_env();
 }
 
-std::optional<Fault> Board::begin(Event &event)
+void Board::State::load_env()
+{
+    env = store ? store->load() : saved;
+}
+
+bool Board::State::serves(const std::string &device) const
+{
+    return device == "/dev/board0" || device == "/dev/chassis0" || device == environment_device ||
+           device == console_device || slot_number(device) != 0 || profile.items.contains(device);
+}
+
+std::optional<Fault> Board::State::begin(const Operation &operation)
 {
     std::optional<Fault> fault;
     {
-        std::lock_guard lock(mutex_);
-        fault = take_fault(faults_, event);
+        const std::lock_guard lock(mutex);
+        fault = faults.take(operation);
     }
-    event.faulted = fault.has_value();
     if (fault && fault->delay_ms != 0)
         std::this_thread::sleep_for(std::chrono::milliseconds(fault->delay_ms));
     return fault;
 }
 
-void Board::record(Event &event)
+Board::Board(Profile profile, std::shared_ptr<EnvStore> store)
+    : state_(std::make_unique<State>(std::move(profile), std::move(store)))
 {
-    event.number = ++events_;
-    event.time = now();
-    journal_.push_back(event);
-    if (sink_)
-        sink_(event);
 }
 
-int Board::open(const std::string &device, int, int pid)
+Board::~Board() = default;
+
+const Profile &Board::profile() const
 {
-    Event event = make_event(Op::open, device, pid);
-    std::optional<Fault> fault = begin(event);
-    if (!serves(device))
-        event.error = ENOENT;
-    if (fault && fault->error != 0)
-        event.error = fault->error;
-    event.result = event.error != 0 ? -1 : 0;
-    std::lock_guard lock(mutex_);
-    record(event);
-    return event.error;
+    return state_->profile;
 }
 
-IoctlReply Board::ioctl(const IoctlCall &call)
+void Board::set_item(const std::string &device, std::uint32_t item, std::uint32_t value)
 {
-    Event event = make_event(Op::ioctl, call.device, call.pid);
-    event.request = call.request;
-    decode_request(call, event);
-    std::optional<Fault> fault = begin(event);
-
-    std::lock_guard lock(mutex_);
-    IoctlReply reply;
-    // A request that fails has no effect.
-    if (!fault || fault->error == 0) {
-        Twist twist;
-        if (fault)
-            twist.code = fault->code;
-        reply = call.device == environment_device ? answer_environment(call, variables_, store_.get(), event)
-                                                  : answer_items(call, profile_, items_, twist, event);
-    }
-    if (fault)
-        spoil(reply, call, *fault);
-    event.result = reply.result;
-    event.error = reply.error;
-    record(event);
-    return reply;
+    const std::lock_guard lock(state_->mutex);
+    Bytes &bytes = state_->items[device][item];
+    // An item of more than a word (the hardware address) keeps what lies behind its first word.
+    bytes.resize(std::max(bytes.size(), sizeof value));
+    std::memcpy(bytes.data(), &value, sizeof value);
 }
 
-IoResult Board::read(const std::string &device, std::size_t, int pid)
+void Board::remove_item(const std::string &device, std::uint32_t item)
 {
-    Event event = make_event(Op::read, device, pid);
-    std::optional<Fault> fault = begin(event);
-    IoResult done; // no device of today has anything to read: an end of file
-    if (fault && fault->error != 0)
-        done = {-1, fault->error, {}};
-    event.result = done.result;
-    event.error = done.error;
-    std::lock_guard lock(mutex_);
-    record(event);
-    return done;
+    const std::lock_guard lock(state_->mutex);
+    if (const auto found = state_->items.find(device); found != state_->items.end())
+        found->second.erase(item);
 }
 
-IoResult Board::write(const std::string &device, const Bytes &data, int pid)
+std::optional<std::uint32_t> Board::item(const std::string &device, std::uint32_t item) const
 {
-    Event event = make_event(Op::write, device, pid);
-    std::optional<Fault> fault = begin(event);
-    IoResult done;
-    if (device != console_device)
-        done = {-1, EINVAL, {}};
-    else if (fault && fault->error != 0)
-        done = {-1, fault->error, {}};
+    const std::lock_guard lock(state_->mutex);
+    const auto values = state_->items.find(device);
+    if (values == state_->items.end())
+        return std::nullopt;
+    const auto value = values->second.find(item);
+    return value == values->second.end() ? std::nullopt : std::optional(word_of(value->second));
+}
+
+void Board::set_boot_env(const std::string &name, std::optional<std::string> value)
+{
+    const std::lock_guard lock(state_->mutex);
+    if (value)
+        state_->env[name] = std::move(*value);
     else
-        done.result = static_cast<std::int64_t>(
-            fault && fault->cut ? std::min<std::size_t>(*fault->cut, data.size()) : data.size());
-    if (done.result > 0)
-        event.value.assign(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(done.result));
-    event.result = done.result;
-    event.error = done.error;
-    std::lock_guard lock(mutex_);
-    record(event);
-    return done;
+        state_->env.erase(name);
 }
 
-void Board::close(const std::string &, int)
+std::optional<std::string> Board::boot_env(const std::string &name) const
 {
-    // Nothing is kept per open file, so there is nothing to let go of.
+    const std::lock_guard lock(state_->mutex);
+    const auto found = state_->env.find(name);
+    return found == state_->env.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Board::add_fault(Fault fault)
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->faults.add(std::move(fault));
+}
+
+void Board::clear_faults()
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->faults.clear();
+}
+
+std::vector<Fault> Board::faults() const
+{
+    const std::lock_guard lock(state_->mutex);
+    return state_->faults.faults();
+}
+
+std::vector<Event> Board::journal() const
+{
+    return state_->journal.events();
+}
+
+void Board::clear_journal()
+{
+    state_->journal.clear();
+}
+
+void Board::on_event(std::function<void(const Event &)> sink)
+{
+    state_->journal.on_event(std::move(sink));
+}
+
+std::string Board::console() const
+{
+    const std::lock_guard lock(state_->mutex);
+    return state_->console;
+}
+
+std::uint64_t Board::open_files() const
+{
+    const std::lock_guard lock(state_->mutex);
+    return state_->open_files;
+}
+
+void Board::reset()
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->load_env();
+}
+
+bool Board::serves(const std::string &device) const
+{
+    return state_->serves(device);
 }
 
 } // namespace vboard

@@ -72,7 +72,8 @@ struct Event {
 
 // Item request (ioctl 1, 3, 200): `in` is the whole input buffer, `out_size` the length of the output buffer.
 // Environment request (0x45xx): `name` and `value` are the two whole buffers (256 bytes or what the sizes
-// say).
+// say); on a read only the size of `value` counts. A front end that cannot read the caller's memory hands the
+// call over all the same, with the errno in `memory_error`: the driver was entered, and the journal tells so.
 struct IoctlCall {
     std::string device;
     std::uint32_t request = 0;
@@ -80,6 +81,7 @@ struct IoctlCall {
     Bytes in;
     std::uint32_t out_size = 0;
     Bytes name, value;
+    int memory_error = 0;
 };
 
 struct IoctlReply {
@@ -97,8 +99,7 @@ struct IoResult {
     Bytes data; // read
 };
 
-// ---- stores
-// ------------------------------------------------------------------------------------------------
+// ---- stores ----------------------------------------------------------------------------------------------
 
 // Where the boot environment is saved to. Unsaved changes live in the model only and are lost at a reset.
 class EnvStore
@@ -109,8 +110,7 @@ class EnvStore
     virtual bool save(const std::map<std::string, std::string> &variables) = 0;
 };
 
-// ---- profile
-// -----------------------------------------------------------------------------------------------
+// ---- profile ---------------------------------------------------------------------------------------------
 
 // What makes one board differ from another; see vboard/boards/*.toml.
 struct Profile {
@@ -124,8 +124,7 @@ struct Profile {
     std::string footprint;                           // text of the start-up footprint
 };
 
-// ---- the board
-// ---------------------------------------------------------------------------------------------
+// ---- the board -------------------------------------------------------------------------------------------
 
 // All functions may be called from any thread.
 class Board
@@ -133,6 +132,9 @@ class Board
   public:
     explicit Board(Profile profile,
                    std::shared_ptr<EnvStore> store = nullptr); // no store: saved in memory only
+    ~Board();
+    Board(const Board &) = delete;
+    Board &operator=(const Board &) = delete;
 
     // From outside: a test, or the vboard command.
     const Profile &profile() const;
@@ -144,9 +146,14 @@ class Board
     void add_fault(Fault fault);
     void clear_faults();
     std::vector<Fault> faults() const;
+    // The latest operations, 65536 of them at most: a board that stays up must not grow without bounds.
     std::vector<Event> journal() const;
     void clear_journal();
-    void on_event(std::function<void(const Event &)> sink); // called for each event, in order
+    // Called for each event, in order. The sink must not call the board.
+    void on_event(std::function<void(const Event &)> sink);
+    std::string console() const;      // the latest 64 KiB that were written to the console
+    std::uint64_t open_files() const; // opened and not closed yet, over all devices
+    void reset();                     // what a reset does: unsaved boot variables are lost
 
     // From a program, through a front end.
     bool serves(const std::string &device) const;            // a path of this board's driver
@@ -157,19 +164,8 @@ class Board
     void close(const std::string &device, int pid);
 
   private:
-    // Decodes, applies a fault's delay, records. Everything else happens under the lock.
-    std::optional<Fault> begin(Event &event);
-    void record(Event &event);
-
-    const Profile profile_;
-    const std::shared_ptr<EnvStore> store_;
-    mutable std::mutex mutex_;
-    std::map<std::string, std::map<std::uint32_t, std::uint32_t>> items_;
-    std::map<std::string, std::string> variables_;
-    std::vector<Fault> faults_;
-    std::vector<Event> journal_;
-    std::uint64_t events_ = 0;
-    std::function<void(const Event &)> sink_;
+    struct State; // what the board holds; see state.hpp
+    std::unique_ptr<State> state_;
 };
 
 } // namespace vboard

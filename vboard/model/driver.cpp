@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "model/driver.hpp"
-
-#include "model/words.hpp"
+// How the board's driver answers a request that is in order.
+#include "model/state.hpp"
+#include "model/tlv.hpp"
 
 #include <moxboot/driver.h>
 
@@ -10,44 +10,13 @@
 
 namespace vboard
 {
+
 namespace
 {
 
-constexpr std::uint32_t address_item = 0x1000280f; // the only item whose value is no 32-bit word
-constexpr std::uint32_t entry_header = 8;          // type and length
-constexpr std::uint32_t code_refused = 1;          // the driver's return code for an item it does not have
+constexpr std::uint32_t refused = 1; // driver return code: the board has no such item
 
-struct ItemRequest {
-    std::vector<std::uint32_t> items;
-    std::optional<std::uint32_t> value; // set: the first word of the data
-    bool whole = false;
-};
-
-// Header, then (type, length, data) entries until the outer length is used up.
-ItemRequest parse(const IoctlCall &call)
-{
-    ItemRequest request;
-    WordReader words(call.in);
-    std::uint32_t type = words.next();
-    std::uint32_t left = words.next();
-    while (!words.failed() && left >= entry_header) {
-        request.items.push_back(words.next());
-        std::uint32_t length = words.next();
-        left -= entry_header;
-        if (length > left || length > call.in.size())
-            return request;
-        left -= length;
-        for (std::uint32_t got = 0; got < length; got += sizeof(std::uint32_t)) {
-            std::uint32_t word = words.next();
-            if (!request.value)
-                request.value = word;
-        }
-    }
-    request.whole = !words.failed() && left == 0 && type == DRVBOOT_TLV_L1_TYPE && !request.items.empty();
-    return request;
-}
-
-IoctlReply fails(int error)
+IoctlReply failed(int error)
 {
     IoctlReply reply;
     reply.result = -1;
@@ -55,150 +24,79 @@ IoctlReply fails(int error)
     return reply;
 }
 
-std::string text_of(const Bytes &buffer)
+// The item keeps its size; bytes that the caller did not send become zero.
+void assign(Bytes &item, const Bytes &value)
 {
-    auto end = std::find(buffer.begin(), buffer.end(), std::uint8_t{0});
-    return std::string(buffer.begin(), end);
-}
-
-const char *environment_name(std::uint32_t request)
-{
-    switch (request) {
-    case DRVBOOT_ENV_READ:
-        return "env read";
-    case DRVBOOT_ENV_WRITE:
-        return "env write";
-    case DRVBOOT_ENV_SAVE:
-        return "env save";
-    case DRVBOOT_ENV_DELETE:
-        return "env delete";
-    default:
-        return "unknown";
-    }
-}
-
-// The header of every item reply.
-WordWriter header(std::uint32_t entries_size, std::uint32_t code)
-{
-    WordWriter out;
-    out.put(DRVBOOT_TLV_L1_TYPE);
-    out.put(3 * static_cast<std::uint32_t>(sizeof(std::uint32_t)) + entries_size);
-    out.put(DRVBOOT_TLV_RET_TYPE);
-    out.put(DRVBOOT_TLV_RET_LENGTH);
-    out.put(code);
-    return out;
-}
-
-void put_entry(WordWriter &out, std::uint32_t item, std::uint32_t value)
-{
-    out.put(item);
-    out.put(sizeof value);
-    out.put(value);
-}
-
-std::optional<std::uint32_t> lookup(const Items &items, const std::string &device, std::uint32_t item)
-{
-    auto found = items.find(device);
-    if (found == items.end())
-        return std::nullopt;
-    auto value = found->second.find(item);
-    return value == found->second.end() ? std::nullopt : std::optional(value->second);
+    std::ranges::fill(item, std::uint8_t{0});
+    std::copy_n(value.begin(), std::min(item.size(), value.size()), item.begin());
 }
 
 } // namespace
 
-void decode_request(const IoctlCall &call, Event &event)
+std::optional<std::string> text_in(const Bytes &buffer)
 {
-    event.what = "unknown";
-    if (call.device == environment_device) {
-        event.what = environment_name(call.request);
-        event.name = text_of(call.name);
-        if (call.request == DRVBOOT_ENV_WRITE)
-            event.value = text_of(call.value);
-        return;
-    }
-    if (call.request != DRVBOOT_CMD_GET && call.request != DRVBOOT_CMD_SET)
-        return;
-    ItemRequest request = parse(call);
-    event.items = request.items;
-    if (call.request == DRVBOOT_CMD_SET) {
-        event.what = "set";
-        event.sent = request.value;
-    } else {
-        event.what = request.items.size() > 1 ? "hard info" : "get";
-    }
+    const auto end = std::ranges::find(buffer, std::uint8_t{0});
+    return end == buffer.end() ? std::nullopt : std::optional(std::string(buffer.begin(), end));
 }
 
-IoctlReply answer_items(const IoctlCall &call, const Profile &profile, Items &items, const Twist &twist,
-                        Event &event)
+IoctlReply Board::State::answer_items(const IoctlCall &call, const std::vector<ItemValue> &asked,
+                                      std::optional<std::uint32_t> forced_code)
 {
-    if (event.what == "unknown")
-        return fails(ENOTTY);
-    ItemRequest request = parse(call);
-    bool set = call.request == DRVBOOT_CMD_SET;
-    if (!request.whole || (set && (request.items.size() != 1 || !request.value)))
-        return fails(EINVAL);
+    const bool set = call.request == DRVBOOT_CMD_SET;
+    // A get carries no value, a set carries one.
+    if (std::ranges::any_of(asked, [&](const ItemValue &item) { return item.value.empty() == set; }))
+        return failed(EINVAL);
 
-    std::uint32_t code = 0;
-    for (std::uint32_t item : request.items)
-        if (item != address_item && !lookup(items, call.device, item))
-            code = code_refused;
-    if (twist.code)
-        code = *twist.code;
-    if (set && code == 0)
-        items[call.device][request.items[0]] = *request.value;
-
-    constexpr std::uint32_t entry_size = 12;
-    WordWriter out = header(static_cast<std::uint32_t>(request.items.size()) * entry_size, code);
-    for (std::uint32_t item : request.items) {
-        std::uint32_t value = code == 0 ? lookup(items, call.device, item).value_or(0) : 0;
-        if (item != address_item) {
-            put_entry(out, item, value);
-        } else {
-            out.put(item);
-            out.put(static_cast<std::uint32_t>(profile.address.size()));
-            out.put(profile.address.data(), profile.address.size());
-        }
-        if (!event.answer && request.items.size() == 1)
-            event.answer = value;
+    std::map<std::uint32_t, Bytes> &values = items[call.device];
+    const bool known =
+        std::ranges::all_of(asked, [&](const ItemValue &item) { return values.contains(item.code); });
+    const std::uint32_t code = forced_code.value_or(known ? 0 : refused);
+    std::vector<ItemValue> answers;
+    for (const ItemValue &item : asked) {
+        const auto found = values.find(item.code);
+        if (set && code == 0 && found != values.end())
+            assign(found->second, item.value);
+        answers.push_back({item.code, found == values.end() ? bytes_of(0) : found->second});
     }
-    event.code = code;
     IoctlReply reply;
-    reply.out = out.take();
-    if (reply.out.size() > call.out_size)
-        reply.out.resize(call.out_size);
-    reply.status = 0;
+    reply.out = encode_reply(code, answers);
+    reply.status = code;
     return reply;
 }
 
-IoctlReply answer_environment(const IoctlCall &call, Variables &variables, EnvStore *store, Event &event)
+IoctlReply Board::State::answer_environment(const IoctlCall &call)
 {
-    std::string name = text_of(call.name);
+    if (call.request == DRVBOOT_ENV_SAVE) {
+        if (!store)
+            saved = env;
+        else if (!store->save(env))
+            return failed(EIO);
+        return {};
+    }
+    const std::optional<std::string> name = text_in(call.name);
+    if (!name || name->empty() || name->find('=') != std::string::npos)
+        return failed(EINVAL);
+    if (call.request == DRVBOOT_ENV_DELETE) {
+        env.erase(*name);
+        return {};
+    }
+    if (call.request == DRVBOOT_ENV_WRITE) {
+        const std::optional<std::string> value = text_in(call.value);
+        if (!value)
+            return failed(EINVAL);
+        env[*name] = *value;
+        return {};
+    }
+    const auto found = env.find(*name);
+    if (found == env.end())
+        return failed(ENOENT);
+    if (call.value.empty())
+        return failed(EINVAL);
     IoctlReply reply;
-    switch (call.request) {
-    case DRVBOOT_ENV_READ: {
-        auto found = variables.find(name);
-        if (found == variables.end())
-            return fails(ENOENT);
-        event.value = found->second;
-        Bytes value(found->second.begin(), found->second.end());
-        value.push_back(0);
-        reply.value_size = static_cast<std::uint32_t>(call.value.size());
-        reply.value = std::move(value);
-        return reply;
-    }
-    case DRVBOOT_ENV_WRITE:
-        if (name.empty() || name.find('=') != std::string::npos)
-            return fails(EINVAL);
-        variables[name] = text_of(call.value);
-        return reply;
-    case DRVBOOT_ENV_SAVE:
-        return store == nullptr || store->save(variables) ? reply : fails(EIO);
-    case DRVBOOT_ENV_DELETE:
-        return variables.erase(name) != 0 ? reply : fails(ENOENT);
-    default:
-        return fails(ENOTTY);
-    }
+    const std::size_t length = std::min(found->second.size(), call.value.size() - 1);
+    reply.value.emplace(found->second.begin(), found->second.begin() + static_cast<std::ptrdiff_t>(length));
+    reply.value->push_back(0);
+    return reply;
 }
 
 } // namespace vboard

@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-// Which planned fault bites, and what it does to an answer.
+// Planned faults as JSON: they cross a socket to a running board, and lie in files.
 #pragma once
 
 #include "model/board.hpp"
 
+#include <nlohmann/json.hpp>
+
 namespace vboard
 {
 
-// Takes the first fault that matches the event and is due; counts down the ones that only let it pass.
-std::optional<Fault> take_fault(std::vector<Fault> &faults, const Event &event);
+// Fields that say nothing are left out. The error goes by its name, reply words by their offset in decimal.
+nlohmann::json to_json(const Fault &fault);
 
-// Changes an answer as the fault says: errno, result, words, length, environment value.
-void spoil(IoctlReply &reply, const IoctlCall &call, const Fault &fault);
+// Takes an error by name or number, offsets in decimal or hexadecimal, the value as text or as a list of
+// bytes. Throws std::invalid_argument, in words, for anything that is no fault.
+Fault fault_from_json(const nlohmann::json &object);
 
 } // namespace vboard

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a board holds, and how an operation on it runs. Private to the model.
+#pragma once
+
+#include "model/board.hpp"
+#include "model/fault_plan.hpp"
+#include "model/item_request.hpp"
+
+#include <deque>
+
+namespace vboard
+{
+
+// Keeps the events in order. Has a lock of its own, so that a sink that writes to a disk holds up nobody who
+// only looks at the board.
+class Journal
+{
+  public:
+    // Numbers and keeps the event. `before` is released as soon as the event's place in the order is taken.
+    void record(Event event, std::unique_lock<std::mutex> before);
+    std::vector<Event> events() const;
+    void clear();
+    void on_event(std::function<void(const Event &)> sink);
+
+  private:
+    mutable std::mutex mutex_;
+    std::deque<Event> events_;
+    std::uint64_t last_number_ = 0;
+    std::function<void(const Event &)> sink_;
+};
+
+struct Board::State {
+    Profile profile;
+    std::shared_ptr<EnvStore> store;
+    Journal journal;
+
+    mutable std::mutex mutex; // guards what follows
+    std::map<std::string, std::map<std::uint32_t, Bytes>> items;
+    std::map<std::string, std::string> env;   // in memory
+    std::map<std::string, std::string> saved; // with no store: what was saved last
+    FaultPlan faults;
+    std::string console;
+    std::uint64_t open_files = 0;
+
+    State(Profile profile_, std::shared_ptr<EnvStore> store_);
+    bool serves(const std::string &device) const;
+    void load_env();
+
+    // The fault that bites on an operation, its delay waited for.
+    std::optional<Fault> begin(const Operation &operation);
+
+    // The driver proper (driver.cpp); the lock is held.
+    IoctlReply answer_items(const IoctlCall &call, const std::vector<ItemValue> &asked,
+                            std::optional<std::uint32_t> forced_code);
+    IoctlReply answer_environment(const IoctlCall &call);
+};
+
+// The text in a buffer; nullopt when it is not terminated.
+std::optional<std::string> text_in(const Bytes &buffer);
+
+} // namespace vboard
