@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "model/profile_reader.hpp"
+
+#include "model/items.hpp"
+#include "model/profile.hpp"
+#include "model/request_kind.hpp"
+
+#include <toml++/toml.h>
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace vboard
+{
+
+namespace
+{
+
+constexpr std::size_t longest_text = 255; // of a variable's name and value, without the terminator
+
+class ProfileReader
+{
+  public:
+    ProfileReader(const std::string &origin, Profile &profile) : origin_(origin), profile_(profile) {}
+
+    void read(const toml::table &top)
+    {
+        for (const auto &[key, node] : top)
+            read_key(std::string(key.str()), node);
+        place_slots();
+    }
+
+  private:
+    [[noreturn]] void wrong(const toml::node &where, const std::string &what) const
+    {
+        throw ProfileError(origin_ + ":" + std::to_string(where.source().begin.line) + ": " + what);
+    }
+
+    void read_key(const std::string &key, const toml::node &node)
+    {
+        if (key == "name")
+            profile_.name = text(key, node);
+        else if (key == "description")
+            profile_.description = text(key, node);
+        else if (key == "footprint")
+            profile_.footprint = text(key, node);
+        else if (key == "address")
+            profile_.address = address(node);
+        else if (key == "occupied-slots")
+            occupied_ = slots(node);
+        else if (key == "logic-id")
+            logic_id_ = word(key, node);
+        else if (key == "items")
+            read_devices(node);
+        else if (key == "boot-env")
+            read_variables(key, node, profile_.boot_env);
+        else if (key == "platform-env")
+            read_variables(key, node, profile_.platform_env);
+        else if (key == "memory-env")
+            read_variables(key, node, profile_.memory_env);
+        else
+            wrong(node, "unknown key \"" + key + "\"");
+    }
+
+    std::string text(const std::string &key, const toml::node &node) const
+    {
+        const auto *value = node.as_string();
+        if (!value)
+            wrong(node, "\"" + key + "\" must be a text");
+        return value->get();
+    }
+
+    std::uint32_t word(const std::string &key, const toml::node &node) const
+    {
+        const auto *value = node.as_integer();
+        if (!value)
+            wrong(node, "\"" + key + "\" must be a whole number");
+        if (value->get() < 0 || value->get() > std::numeric_limits<std::uint32_t>::max())
+            wrong(node, "\"" + key + "\" must be between 0 and 0xffffffff");
+        return static_cast<std::uint32_t>(value->get());
+    }
+
+    const toml::table &table(const std::string &key, const toml::node &node) const
+    {
+        const auto *value = node.as_table();
+        if (!value)
+            wrong(node, "\"" + key + "\" must be a table");
+        return *value;
+    }
+
+    std::array<std::uint8_t, 6> address(const toml::node &node) const
+    {
+        const std::string written = text("address", node);
+        std::array<std::uint8_t, 6> bytes{};
+        bool good = written.size() == bytes.size() * 3 - 1;
+        for (std::size_t i = 0; good && i < bytes.size(); ++i) {
+            const char *digits = written.data() + i * 3;
+            const auto [stop, error] = std::from_chars(digits, digits + 2, bytes[i], 16);
+            good = error == std::errc() && stop == digits + 2 && (i + 1 == bytes.size() || *stop == ':');
+        }
+        if (!good)
+            wrong(node, "\"address\" must be six bytes as in \"00:1b:63:84:45:e6\"");
+        return bytes;
+    }
+
+    std::vector<std::uint32_t> slots(const toml::node &node) const
+    {
+        const auto *list = node.as_array();
+        if (!list)
+            wrong(node, "\"occupied-slots\" must be a list of slot numbers");
+        std::vector<std::uint32_t> numbers;
+        for (const toml::node &entry : *list) {
+            numbers.push_back(word("occupied-slots", entry));
+            if (numbers.back() < 1 || numbers.back() > slot_count)
+                wrong(entry,
+                      "there is no slot " + std::to_string(numbers.back()) + "; slots count from 1 to 32");
+        }
+        return numbers;
+    }
+
+    void read_devices(const toml::node &node)
+    {
+        for (const auto &[key, device] : table("items", node)) {
+            const std::string path(key.str());
+            if (path != "/dev/board0" && path != "/dev/chassis0" && slot_number(path) == 0)
+                wrong(device, "no device \"" + path + "\" has items");
+            for (const auto &[item, value] : table(path, device))
+                profile_.items[path][code(path, std::string(item.str()), value)] =
+                    word(std::string(item.str()), value);
+        }
+    }
+
+    // An item goes by its name or by its code.
+    std::uint32_t code(const std::string &device, const std::string &item, const toml::node &value) const
+    {
+        std::optional<std::uint32_t> found = item_by_name(device, item);
+        if (!found && item.starts_with("0x")) {
+            std::uint32_t number = 0;
+            const char *end = item.data() + item.size();
+            const auto [stop, error] = std::from_chars(item.data() + 2, end, number, 16);
+            if (error == std::errc() && stop == end)
+                found = number;
+        }
+        if (!found)
+            wrong(value,
+                  device + " has no item \"" + item + "\"; give a name or a code as in \"0x10002987\"");
+        if (device == "/dev/board0" && *found == item_code::address)
+            wrong(value, "the hardware address is given as \"address\"");
+        return *found;
+    }
+
+    void read_variables(const std::string &key, const toml::node &node,
+                        std::map<std::string, std::string> &into) const
+    {
+        for (const auto &[name, value] : table(key, node)) {
+            const std::string variable(name.str());
+            if (variable.empty() || variable.size() > longest_text || variable.find('=') != std::string::npos)
+                wrong(value, "\"" + variable + "\" cannot be the name of a variable");
+            const std::string content = text(variable, value);
+            if (content.size() > longest_text || content.find('\0') != std::string::npos)
+                wrong(value, "the value of \"" + variable + "\" has more than 255 characters or a zero byte");
+            into[variable] = content;
+        }
+    }
+
+    // Every slot answers whether a board is in it; the board's own slot also tells its logic id.
+    void place_slots()
+    {
+        if (occupied_) {
+            for (unsigned slot = 1; slot <= slot_count; ++slot) {
+                const bool present = std::ranges::find(*occupied_, slot) != occupied_->end();
+                profile_.items["/dev/slot" + std::to_string(slot)][item_code::present] = present ? 1 : 0;
+            }
+        }
+        const std::uint32_t own = profile_.items["/dev/board0"][item_code::slot];
+        if (logic_id_ && own >= 1 && own <= slot_count)
+            profile_.items["/dev/slot" + std::to_string(own)][item_code::logic_id] = *logic_id_;
+    }
+
+    const std::string &origin_;
+    Profile &profile_;
+    std::optional<std::vector<std::uint32_t>> occupied_;
+    std::optional<std::uint32_t> logic_id_;
+};
+
+} // namespace
+
+void read_profile(const std::string &text, const std::string &origin, Profile &profile)
+{
+    try {
+        ProfileReader(origin, profile).read(toml::parse(text, origin));
+    } catch (const toml::parse_error &error) {
+        throw ProfileError(origin + ":" + std::to_string(error.source().begin.line) + ": " +
+                           std::string(error.description()));
+    }
+}
+
+} // namespace vboard
