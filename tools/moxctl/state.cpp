@@ -72,9 +72,12 @@ Answer role_of_board(const Board &)
 
 Answer board_role(const Board &)
 {
-    Answer answer = value_or_failure(MOX_GetBoardRole(), item_board_role);
-    if (answer.value == MOX_ROLE_BACKUP_1 || answer.value == MOX_ROLE_BACKUP_0)
-        answer.meaning = answer.value == MOX_ROLE_BACKUP_1 ? "backup state 1" : "backup state 0";
+    const std::uint32_t role = MOX_GetBoardRole();
+    Answer answer = value_or_failure(role, item_board_role);
+    if (role == MOX_ROLE_BACKUP_1)
+        answer.meaning = "backup state 1";
+    if (role == MOX_ROLE_BACKUP_0)
+        answer.meaning = "backup state 0";
     return answer;
 }
 
