@@ -15,17 +15,22 @@
 namespace vboard
 {
 
-// From now on the device files are this board's; the board must outlive that. One board at a time.
+// From now on the device files are this board's; the board must outlive that. One board at a time. Detaching
+// takes the devices away from descriptors that are still open; no other thread may use one meanwhile.
 void attach(Board *board);
 void detach();
 
 // A call of a libc function, as a hook sees it before it is made. `function` is the plain name, whichever
-// variant was called: "open" also stands for open64 and __open64_2. Fields that a function has no use for
-// keep their defaults.
+// variant was called: "open" also stands for openat, open64 and __open64_2. Fields that a function has no use
+// for keep their defaults.
 //
-//   open (path, size: flags)   close, ioctl, read, write, lseek, fsync (fd; size: count or request)
-//   malloc, calloc (size)      free (data)
-//   usleep, nanosleep, select (microseconds)     time, clock_gettime, localtime_r, sysinfo
+//   open                             path; size: flags
+//   close, ioctl, read, write        fd; size: request or count of bytes; data: argument or buffer
+//   lseek, fstat, dup, dup2, dup3, fcntl   fd; size: new number or command; data: output
+//   malloc, calloc, free             size; data: the block to free (a hook cannot keep it from being freed)
+//   usleep, nanosleep, select        microseconds; data: the timeout
+//   time, clock_gettime, localtime_r, sysinfo   data: the output
+//   openlog, syslog, closelog        path: identity or format; size: facility or priority
 struct LibcCall {
     const char *function = "";
     const void *caller = nullptr; // return address
@@ -33,8 +38,7 @@ struct LibcCall {
     const char *path = nullptr;
     std::size_t size = 0;
     std::uint64_t microseconds = 0;
-    void *data = nullptr; // free: the block; ioctl: the argument; write: the bytes; select: its timeout;
-                          // time, ...: the output
+    void *data = nullptr;
 };
 
 // What a hook answers in place of the call. A pointer result is the number cast.
@@ -43,7 +47,8 @@ struct LibcAnswer {
     std::optional<int> error; // errno to set
 };
 
-// Asked before each call; nothing: the call is made. A null hook asks nobody. The hook may allocate.
+// Asked before each call; nothing: the call is made. A null hook asks nobody. What the hook itself calls is
+// not shown to it, so it may allocate, open and sleep.
 using LibcHook = std::optional<LibcAnswer> (*)(const LibcCall &call);
 void set_libc_hook(LibcHook hook);
 

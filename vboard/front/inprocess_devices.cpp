@@ -7,8 +7,8 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <map>
-#include <memory>
 #include <mutex>
 #include <unistd.h>
 
@@ -17,21 +17,38 @@ namespace vboard
 namespace
 {
 
-// An open file of a device; copies of a descriptor share one.
-using OpenFile = std::shared_ptr<const std::string>;
+using inprocess::File;
+using inprocess::OpenFile;
 
-std::atomic<Board *> attached{nullptr};
-std::atomic<int> open_files{0}; // lets the usual case, no device open, do without the lock
-std::mutex mutex;
+std::atomic<Board *> the_board{nullptr};
+std::atomic<std::size_t> open_count{0}; // lets the usual case, no device open, do without the lock
+std::mutex mutex;                       // guards the table
 
-std::map<int, OpenFile> &table()
+std::map<int, File> &table()
 {
     // Never destroyed: descriptors are closed until the very end of the process.
-    static auto *files = new std::map<int, OpenFile>;
+    static auto *files = new std::map<int, File>;
     return *files;
 }
 
-// The caller's memory is this process's own.
+// Puts a file (or none) at a number. What was there before is let go of by the caller, without the lock:
+// the board is told then.
+[[nodiscard]] File exchange(int fd, File file)
+{
+    const std::lock_guard lock(mutex);
+    File before;
+    if (const auto found = table().find(fd); found != table().end()) {
+        before = std::move(found->second);
+        table().erase(found);
+    }
+    if (file)
+        table()[fd] = std::move(file);
+    open_count = table().size();
+    return before;
+}
+
+// The caller's memory is this process's own. A wild address is not caught here: the test crashes, and a
+// sanitizer shows where.
 class OwnMemory : public Memory
 {
   public:
@@ -51,104 +68,100 @@ class OwnMemory : public Memory
 
 void attach(Board *board)
 {
-    attached = board;
+    the_board = board;
 }
 
 void detach()
 {
-    attached = nullptr;
+    std::map<int, File> left;
+    {
+        const std::lock_guard lock(mutex);
+        left.swap(table());
+        open_count = 0;
+    }
+    left.clear();
+    the_board = nullptr;
 }
 
 namespace inprocess
 {
 
+OpenFile::OpenFile(Board *board_, std::string device_, int flags_)
+    : board(board_), device(std::move(device_)), flags(flags_)
+{
+}
+
+OpenFile::~OpenFile()
+{
+    board->close(device, getpid());
+}
+
+bool attached()
+{
+    return the_board != nullptr;
+}
+
 bool serves(const char *path)
 {
-    Board *board = attached;
-    return board != nullptr && path != nullptr && board->serves(path);
+    const Board *board = the_board;
+    return board != nullptr && board->serves(path);
 }
 
-int open_device(const char *path, int flags)
+int open_device(const char *path, int flags, int fd)
 {
-    Board *board = attached;
-    return board != nullptr ? board->open(path, flags, getpid()) : ENXIO;
+    Board *board = the_board;
+    const int error = board == nullptr ? ENXIO : board->open(path, flags, getpid());
+    if (error == 0)
+        static_cast<void>(exchange(fd, std::make_shared<const OpenFile>(board, path, flags)));
+    return error;
 }
 
-void remember(int fd, const char *path)
+File file_of(int fd)
 {
-    std::lock_guard lock(mutex);
-    table()[fd] = std::make_shared<const std::string>(path);
-    open_files = static_cast<int>(table().size());
-}
-
-void remember_copy(int fd, int copy)
-{
-    if (open_files == 0)
-        return;
-    std::lock_guard lock(mutex);
-    auto found = table().find(fd);
-    if (found == table().end())
-        table().erase(copy);
-    else
-        table()[copy] = found->second;
-    open_files = static_cast<int>(table().size());
+    if (open_count == 0)
+        return nullptr;
+    const std::lock_guard lock(mutex);
+    const auto found = table().find(fd);
+    return found == table().end() ? nullptr : found->second;
 }
 
 void forget(int fd)
 {
-    if (open_files == 0)
-        return;
-    OpenFile closed;
-    {
-        std::lock_guard lock(mutex);
-        auto found = table().find(fd);
-        if (found == table().end())
-            return;
-        closed = found->second;
-        table().erase(found);
-        open_files = static_cast<int>(table().size());
-    }
-    Board *board = attached;
-    if (board != nullptr && closed.use_count() == 1)
-        board->close(*closed, getpid());
+    if (open_count != 0)
+        static_cast<void>(exchange(fd, nullptr));
 }
 
-std::optional<std::string> device_of(int fd)
+void remember_copy(int fd, int copy)
 {
-    if (open_files == 0)
-        return std::nullopt;
-    std::lock_guard lock(mutex);
-    auto found = table().find(fd);
-    return found == table().end() ? std::nullopt : std::optional<std::string>(*found->second);
+    if (open_count != 0 && fd != copy)
+        static_cast<void>(exchange(copy, file_of(fd)));
 }
 
-IoctlResult ioctl(const std::string &device, unsigned long request, void *argument)
+IoctlResult ioctl(const OpenFile &file, unsigned long request, void *argument)
 {
-    Board *board = attached;
-    if (board == nullptr)
-        return {-1, ENODEV};
     OwnMemory memory;
-    return run_ioctl(*board, device, static_cast<std::uint32_t>(request),
+    return run_ioctl(*file.board, file.device, static_cast<std::uint32_t>(request),
                      reinterpret_cast<std::uintptr_t>(argument), getpid(), memory);
 }
 
-IoResult read(const std::string &device, void *buffer, std::size_t count)
+IoResult read(const OpenFile &file, void *buffer, std::size_t count)
 {
-    Board *board = attached;
-    if (board == nullptr)
-        return {-1, ENODEV, {}};
-    IoResult done = board->read(device, count, getpid());
-    std::memcpy(buffer, done.data.data(), std::min(count, done.data.size()));
+    if ((file.flags & O_ACCMODE) == O_WRONLY)
+        return {-1, EBADF, {}};
+    IoResult done = file.board->read(file.device, count, getpid());
+    if (!done.data.empty())
+        std::memcpy(buffer, done.data.data(), std::min(count, done.data.size()));
     return done;
 }
 
-IoResult write(const std::string &device, const void *data, std::size_t count)
+IoResult write(const OpenFile &file, const void *data, std::size_t count)
 {
-    Board *board = attached;
-    if (board == nullptr)
-        return {-1, ENODEV, {}};
+    if ((file.flags & O_ACCMODE) == O_RDONLY)
+        return {-1, EBADF, {}};
+    if (data == nullptr && count != 0)
+        return {-1, EFAULT, {}};
     const auto *bytes = static_cast<const std::uint8_t *>(data);
-    return board->write(device, Bytes(bytes, bytes + count), getpid());
+    return file.board->write(file.device, Bytes(bytes, bytes + count), getpid());
 }
 
 } // namespace inprocess

@@ -4,26 +4,40 @@
 
 #include "front/marshal.hpp"
 
-#include <optional>
+#include <memory>
 #include <string>
 
 namespace vboard::inprocess
 {
 
-// Whether opening this path is the attached board's business.
+// An open file of a device; copies of a descriptor share one. The board is told when the last is gone.
+struct OpenFile {
+    Board *board;
+    std::string device;
+    int flags;
+
+    OpenFile(Board *board_, std::string device_, int flags_);
+    ~OpenFile();
+    OpenFile(const OpenFile &) = delete;
+    OpenFile &operator=(const OpenFile &) = delete;
+};
+using File = std::shared_ptr<const OpenFile>;
+
+// Whether a board is attached, and whether opening this path is its business.
+bool attached();
 bool serves(const char *path);
-// 0, or the errno with which the board refuses to open.
-int open_device(const char *path, int flags);
-// Remembers that `fd` stands for the device at `path`; that `copy` stands for the same open file as `fd`.
-void remember(int fd, const char *path);
-void remember_copy(int fd, int copy);
+// Opens the device as the descriptor `fd`: 0, or the errno with which the board refuses.
+int open_device(const char *path, int flags, int fd);
+
+// The device that a descriptor stands for; null for any other descriptor.
+File file_of(int fd);
 // To be told before the number is given back.
 void forget(int fd);
+// `copy` is a new number of what `fd` stands for, whatever it stood for before.
+void remember_copy(int fd, int copy);
 
-std::optional<std::string> device_of(int fd);
-
-IoctlResult ioctl(const std::string &device, unsigned long request, void *argument);
-IoResult read(const std::string &device, void *buffer, std::size_t count);
-IoResult write(const std::string &device, const void *data, std::size_t count);
+IoctlResult ioctl(const OpenFile &file, unsigned long request, void *argument);
+IoResult read(const OpenFile &file, void *buffer, std::size_t count);
+IoResult write(const OpenFile &file, const void *data, std::size_t count);
 
 } // namespace vboard::inprocess
