@@ -16,7 +16,7 @@ namespace platform
 namespace
 {
 
-constexpr size_t most_bytes = 1024 * 1024; // a file beyond this is no store of ours
+constexpr size_t most_bytes = 1U << 20; // a file beyond this is no store of ours
 constexpr mode_t new_file_mode = 0644;
 
 class Descriptor
@@ -105,8 +105,7 @@ struct Block {
 bool read_store(const char *path, Block *block)
 {
     const Descriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status {
-    };
+    struct stat status = {};
     if (file.usable()) {
         if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
             static_cast<unsigned long long>(status.st_size) > most_bytes)

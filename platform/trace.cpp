@@ -10,14 +10,15 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace
 {
 
-constexpr size_t text_size = 2048;      // a longer text is cut
-constexpr size_t escaped_byte_size = 6; // \u00XX
-constexpr size_t line_size = text_size * escaped_byte_size + 256;
+constexpr size_t text_size = 2048;  // a longer text is cut
+constexpr size_t most_per_byte = 6; // \u00XX
+constexpr size_t line_size = text_size * most_per_byte + 256;
 
 // Length of the UTF-8 character at `at`, 0 when there is none. Surrogates and longer forms than needed are
 // none.
@@ -67,10 +68,8 @@ char *append_escaped(char *out, const char *text)
             *out++ = escape;
             ++at;
         } else if (length == 0 || *at < 0x20) {
-            memcpy(out, "\\u00", 4);
-            out[4] = digits[*at >> 4];
-            out[5] = digits[*at & 0xF];
-            out += escaped_byte_size;
+            for (const char part : {'\\', 'u', '0', '0', digits[*at >> 4], digits[*at & 0xF]})
+                *out++ = part;
             ++at;
         } else {
             memcpy(out, at, length);
@@ -83,8 +82,7 @@ char *append_escaped(char *out, const char *text)
 
 void append_line(const char *path, uint32_t code, uint32_t level, const char *text)
 {
-    struct timespec now {
-    };
+    struct timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
     char line[line_size];
     const int head = snprintf(
