@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The start-up footprint: which file is read, how much of it, and what happens when that fails.
+#include "board/allocations.hpp"
 #include "board/footprint_test.hpp"
 
 #include <fcntl.h>
@@ -35,8 +36,8 @@ TEST_F(FootprintTest, ALongFileIsReadOnceAndOnlySoFar)
     expect_step(0, 1, 2, "first");
     ASSERT_EQ(calls("read").size(), 1u);
     EXPECT_EQ(calls("read")[0].size, 1024u);
-    ASSERT_EQ(calls("malloc").size(), 1u);
-    EXPECT_EQ(calls("malloc")[0].size, 1025u);
+    ASSERT_EQ(allocations().size(), 1u);
+    EXPECT_EQ(allocations()[0].size, 1025u);
     EXPECT_EQ(calls("close").size(), 1u);
 }
 
@@ -95,7 +96,7 @@ TEST_F(FootprintTest, WithoutEitherFileItFails)
               failure("Drvboot get bsp run time not success for open /proc/bsp/footprint nok(13), fd -1\n") +
                   failure("Drvboot get bsp run time not success for open /tmp/footprint nok(5), fd -1\n"));
     expect_untouched(0);
-    EXPECT_TRUE(calls("malloc").empty());
+    EXPECT_TRUE(allocations().empty());
     EXPECT_TRUE(calls("close").empty());
 }
 
@@ -104,7 +105,9 @@ TEST_F(FootprintTest, WithoutEitherFileItFails)
 TEST_F(FootprintTest, WithoutMemoryItFails)
 {
     write(step_text(0, 1, 2, "first"));
-    fail_libc("malloc", ENOMEM);
+    during([] { EXPECT_EQ(MOX_GetBSPRunTime(nullptr, 0), 0u); });
+    fail_allocation(allocations(), 0);
+    forget_calls();
     records(1);
     EXPECT_EQ(during([&] { EXPECT_EQ(MOX_GetBSPRunTime(steps.data(), 1), minus_one); }),
               no_proc_file + failure("Drvboot get bsp run time not success for memory exhaust\n"));
