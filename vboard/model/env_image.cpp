@@ -150,9 +150,14 @@ class ImageStore : public EnvStore
         // Both copies are made good before the image appears under its name.
         replace(env_image_name, [&](int fd) {
             const std::string file = "/proc/self/fd/" + std::to_string(fd);
-            return ftruncate(fd, 2 * copy_size) == 0 && Image(file).store(factory_) &&
-                   Image(file).store(factory_);
+            return ftruncate(fd, 2 * copy_size) == 0 && store_factory(file) && store_factory(file);
         });
+    }
+
+    // An open image holds the library's lock: it must be closed before it is opened once more.
+    bool store_factory(const std::string &file) const
+    {
+        return Image(file).store(factory_);
     }
 
     // Written beside, flushed, renamed.
