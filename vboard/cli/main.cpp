@@ -1,9 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
+// The vboard command: finds the verb and runs it.
 #include "cli/verbs.hpp"
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+
+namespace vboard::cli
+{
+
+void check_command(const Call &call, bool wanted)
+{
+    if (wanted && call.command.empty())
+        throw UsageError("no command given; it stands after \"--\"");
+    if (!wanted && call.has_command)
+        throw UsageError("this verb runs no command, so nothing may follow \"--\"");
+}
+
+} // namespace vboard::cli
 
 namespace
 {
@@ -24,7 +38,8 @@ int parse_and_run(int argc, char **argv)
         "vboard");
     app.require_subcommand(1);
     app.footer("Exit status: 0 done, 1 failed, 2 wrong usage; run, exec and tree hand on the command's own.");
-    add_tree(app, call);
+    for (const auto add : {add_boards, add_run, add_tree, add_up_and_down, add_values, add_faults, add_log})
+        add(app, call);
     try {
         app.parse(static_cast<int>(dashes - argv), argv);
     } catch (const CLI::ParseError &error) {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // vboard tree: the board's file tree without a driver behind it.
-#include "cli/verbs.hpp"
-
-#include "launcher/program.hpp"
 #include "launcher/tree.hpp"
+#include "cli/command.hpp"
+#include "cli/places.hpp"
+#include "cli/verbs.hpp"
+#include "launcher/program.hpp"
 
 #include <cstdio>
-#include <memory>
 
 namespace vboard::cli
 {
@@ -21,7 +21,16 @@ struct Options {
     std::vector<std::string> keep;
 };
 
-int tree(const Options &options, const std::vector<std::string> &command)
+void add_options(CLI::App &app, Options &options)
+{
+    app.add_option("--state", options.state, "keep the board's files in this directory (default: in memory)");
+    app.add_option(
+           "--keep", options.keep,
+           "path of the host to keep reachable where the board has a directory of its own; may be repeated")
+        ->take_all();
+}
+
+int tree(const Options &options, const Call &call)
 {
     try {
         TreePlan plan;
@@ -31,42 +40,24 @@ int tree(const Options &options, const std::vector<std::string> &command)
         }
         for (const std::string &path : options.keep)
             plan.keep.push_back(fs::canonical(path));
-        if (const fs::path program = find_program(command.front()); !program.empty())
+        if (const fs::path program = find_program(call.command.front()); !program.empty())
             plan.keep.push_back(program);
-        plan.keep.push_back(fs::read_symlink("/proc/self/exe")); // a test may start vboard once more, in the tree
+        plan.keep.push_back(own_binary()); // a test may start vboard once more, in the tree
         enter_tree(enter_own_namespace(), plan);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "vboard: %s\n", error.what());
         return exit_launch_failed;
     }
-    return exec_program(command);
+    return exec_program(runnable(call.command));
 }
 
 } // namespace
 
-void check_command(const Call &call, bool wanted)
-{
-    if (wanted && call.command.empty())
-        throw UsageError("no command given; it stands after \"--\"");
-    if (!wanted && call.has_command)
-        throw UsageError("this verb runs no command, so nothing may follow \"--\"");
-}
-
 void add_tree(CLI::App &app, Call &call)
 {
-    auto options = std::make_shared<Options>();
-    CLI::App *verb = app.add_subcommand(
-        "tree", "Run a command in a board's file tree, with no driver: vboard tree -- COMMAND");
-    verb->add_option("--state", options->state,
-                     "keep the board's files in this directory (default: in memory)");
-    verb->add_option("--keep", options->keep,
-                     "a path of the host to keep reachable although the board has its own directory there");
-    verb->callback([options, &call] {
-        call.action = [options, &call] {
-            check_command(call, true);
-            return tree(*options, call.command);
-        };
-    });
+    add_verb<Options>(app, call, "tree",
+                      "Run a command in a board's file tree, with no driver: vboard tree -- COMMAND",
+                      add_options, tree, true);
 }
 
 } // namespace vboard::cli

@@ -6,6 +6,8 @@
 #include <CLI/CLI.hpp>
 
 #include <functional>
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,9 +31,33 @@ struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+void add_boards(CLI::App &app, Call &call);
 void add_tree(CLI::App &app, Call &call);
+void add_run(CLI::App &app, Call &call);
+void add_up_and_down(CLI::App &app, Call &call); // up, down, exec, status
+void add_values(CLI::App &app, Call &call);      // get, set, getenv, setenv
+void add_faults(CLI::App &app, Call &call);
+void add_log(CLI::App &app, Call &call);
 
 // Refuses a missing command (`wanted`) or one that the verb has no use for.
 void check_command(const Call &call, bool wanted);
+
+// Adds a verb: `add_options` fills its command line, `action` gets what was given. A verb that wants a
+// command finds it in the call; the others are refused one.
+template <class Options>
+void add_verb(CLI::App &app, Call &call, const char *name, const char *help,
+              void (*add_options)(CLI::App &, Options &), int (*action)(const Options &, const Call &),
+              bool wants_command = false)
+{
+    auto options = std::make_shared<Options>();
+    CLI::App *verb = app.add_subcommand(name, help);
+    add_options(*verb, *options);
+    verb->callback([options, action, wants_command, &call] {
+        call.action = [options, action, wants_command, &call] {
+            check_command(call, wants_command);
+            return action(*options, call);
+        };
+    });
+}
 
 } // namespace vboard::cli

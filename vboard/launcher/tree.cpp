@@ -95,6 +95,16 @@ void make_devices(const Mounts &mounts)
     mounts.memory("vboard-shm", "/dev/shm", "mode=1777");
 }
 
+// Locks are the board's own: tools of the boot environment take one by a fixed name, and neither another
+// board nor another user's leftovers may stand in the way.
+void make_lock_directory(const Mounts &mounts)
+{
+    std::error_code error;
+    const fs::path path = fs::canonical("/var/lock", error);
+    if (!error && fs::is_directory(path))
+        mounts.memory("vboard-lock", path, "mode=1777");
+}
+
 void show_host(const Mounts &mounts)
 {
     for (const fs::directory_entry &entry : fs::directory_iterator(host)) {
@@ -182,6 +192,7 @@ void enter_tree(const OwnNamespace &proof, const TreePlan &plan)
 
     show_host(mounts);
     make_devices(mounts);
+    make_lock_directory(mounts);
     show_own(mounts, plan.state);
     keep_reachable(mounts, directory);
     if (!plan.state.empty())

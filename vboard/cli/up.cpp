@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+// vboard up, exec, down, status: a board that stays.
+#include "cli/board_options.hpp"
+#include "cli/command.hpp"
+#include "cli/verbs.hpp"
+#include "daemon/control.hpp"
+#include "launcher/namespace.hpp"
+#include "launcher/program.hpp"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vboard::cli
+{
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+struct StateOptions {
+    std::string state;
+    bool json = false;
+};
+
+void add_state_options(CLI::App &app, StateOptions &options)
+{
+    add_state_option(app, options.state);
+}
+
+void add_status_options(CLI::App &app, StateOptions &options)
+{
+    add_state_option(app, options.state);
+    app.add_flag("--json", options.json, "as JSON");
+}
+
+void add_up_options(CLI::App &app, BoardOptions &options)
+{
+    add_board_options(app, options);
+    add_state_option(app, options.state);
+}
+
+void redirect(int target, const fs::path &path, int flags)
+{
+    const int fd = open(path.c_str(), flags | O_CLOEXEC, 0644);
+    if (fd >= 0) {
+        dup2(fd, target);
+        close(fd);
+    }
+}
+
+// The board's process, with nothing left of the terminal. What it has to say before it is ready goes down the
+// pipe: nothing for "ready", words otherwise.
+int stay(Prepared &prepared, int report)
+{
+    setsid();
+    const fs::path log = prepared.state().directory() / "daemon.log";
+    redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
+    redirect(STDOUT_FILENO, log, O_WRONLY | O_CREAT | O_APPEND);
+    redirect(STDERR_FILENO, log, O_WRONLY | O_CREAT | O_APPEND);
+    try {
+        return run_until_down(prepared.state(), prepared.plan(), [report] {
+            [[maybe_unused]] const int left = chdir("/"); // the directory of the caller is not held on to
+            [[maybe_unused]] const ssize_t told = write(report, "", 1);
+            close(report);
+        });
+    } catch (const std::exception &error) {
+        [[maybe_unused]] const ssize_t told = write(report, error.what(), std::strlen(error.what()));
+        std::fprintf(stderr, "vboard: %s\n", error.what());
+    }
+    return failed;
+}
+
+int up(const BoardOptions &options, const Call &)
+{
+    Prepared prepared(options, false);
+    prepared.keep_reachable(fs::current_path()); // "vboard exec" comes from there, as a rule
+    int pipe[2];
+    if (pipe2(pipe, O_CLOEXEC) != 0)
+        throw std::runtime_error("cannot make a pipe");
+    const pid_t child = fork();
+    if (child < 0)
+        throw std::runtime_error("cannot start a process for the board");
+    if (child == 0)
+        _exit(stay(prepared, pipe[1]));
+    close(pipe[1]);
+    char words[1024] = {};
+    ssize_t length;
+    do
+        length = read(pipe[0], words, sizeof words - 1);
+    while (length < 0 && errno == EINTR);
+    close(pipe[0]);
+    if (length == 1 && words[0] == '\0')
+        return done;
+    throw std::runtime_error(length > 0 ? words : "the board's process ended before it was ready");
+}
+
+int down(const StateOptions &options, const Call &)
+{
+    const fs::path directory = state_directory(options.state);
+    ask_board(directory, {{"do", "down"}});
+    wait_until_down(directory);
+    return done;
+}
+
+int status(const StateOptions &options, const Call &)
+{
+    const nlohmann::json answer = ask_board(state_directory(options.state), {{"do", "status"}});
+    if (options.json) {
+        std::printf("%s\n", answer.dump(2).c_str());
+        return done;
+    }
+    std::printf("board    %s (%s)\n", answer.at("board").get<std::string>().c_str(),
+                answer.at("description").get<std::string>().c_str());
+    std::printf("state    %s\n", answer.at("state").get<std::string>().c_str());
+    std::printf("process  %d\n", answer.at("pid").get<int>());
+    std::printf("events   %zu\n", answer.at("events").get<std::size_t>());
+    std::printf("faults   %zu\n", answer.at("faults").get<std::size_t>());
+    std::printf("devices ");
+    for (const nlohmann::json &device : answer.at("devices"))
+        std::printf(" %s", device.get<std::string>().c_str());
+    std::printf("\n");
+    return done;
+}
+
+int execute(const StateOptions &options, const Call &call)
+{
+    try {
+        const fs::path state = state_directory(options.state);
+        const fs::path directory = fs::current_path();
+        const std::vector<std::string> command = runnable(call.command);
+        join_namespaces(board_process(state));
+        if (chdir(directory.c_str()) != 0)
+            throw std::runtime_error("the working directory " + directory.string() +
+                                     " is out of reach on the board; start it with --keep " +
+                                     directory.string());
+        set_board_environment(state);
+        return exec_program(command);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "vboard: %s\n", error.what());
+    }
+    return exit_launch_failed;
+}
+
+} // namespace
+
+void add_up_and_down(CLI::App &app, Call &call)
+{
+    add_verb<BoardOptions>(app, call, "up", "Start a board that stays", add_up_options, up);
+    add_verb<StateOptions>(app, call, "exec", "Run a command on the board that is up: vboard exec -- COMMAND",
+                           add_state_options, execute, true);
+    add_verb<StateOptions>(app, call, "down", "Switch the board off", add_state_options, down);
+    add_verb<StateOptions>(app, call, "status", "Tell about the board that is up", add_status_options,
+                           status);
+}
+
+} // namespace vboard::cli

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+// vboard get, set, getenv, setenv: items and boot variables of a running board.
+#include "cli/board_options.hpp"
+#include "cli/numbers.hpp"
+#include "cli/verbs.hpp"
+#include "daemon/control.hpp"
+
+#include <cstdio>
+
+namespace vboard::cli
+{
+
+namespace
+{
+
+using nlohmann::json;
+
+struct ItemOptions {
+    std::string state, device, code, value;
+    bool remove = false;
+};
+
+struct VariableOptions {
+    std::string state, name;
+    std::optional<std::string> value;
+};
+
+void add_get_options(CLI::App &app, ItemOptions &options)
+{
+    add_state_option(app, options.state);
+    app.add_option("device", options.device, "device path")->required();
+    app.add_option("code", options.code, "item code")->required();
+}
+
+void add_set_options(CLI::App &app, ItemOptions &options)
+{
+    add_get_options(app, options);
+    auto *value = app.add_option("value", options.value, "its new value");
+    app.add_flag("--remove", options.remove, "take the item away: the driver then refuses it")
+        ->excludes(value);
+}
+
+void add_getenv_options(CLI::App &app, VariableOptions &options)
+{
+    add_state_option(app, options.state);
+    app.add_option("name", options.name, "name of the boot variable")->required();
+}
+
+void add_setenv_options(CLI::App &app, VariableOptions &options)
+{
+    add_getenv_options(app, options);
+    app.add_option("value", options.value, "its new value; without one the variable is deleted");
+}
+
+int get(const ItemOptions &options, const Call &)
+{
+    const std::uint32_t code = number(options.code, "item code");
+    const json answer = ask_board(state_directory(options.state),
+                                  {{"do", "get"}, {"device", options.device}, {"code", code}});
+    std::printf("%s\n", hex(answer.at("value").get<std::uint32_t>()).c_str());
+    return done;
+}
+
+int set(const ItemOptions &options, const Call &)
+{
+    if (options.remove == !options.value.empty())
+        throw UsageError("set needs a value, or --remove");
+    json request{{"do", "set"}, {"device", options.device}, {"code", number(options.code, "item code")}};
+    request["value"] = options.remove ? json(nullptr) : json(number(options.value, "value"));
+    ask_board(state_directory(options.state), request);
+    return done;
+}
+
+int get_variable(const VariableOptions &options, const Call &)
+{
+    const json answer = ask_board(state_directory(options.state), {{"do", "getenv"}, {"name", options.name}});
+    std::printf("%s\n", answer.at("value").get<std::string>().c_str());
+    return done;
+}
+
+int set_variable(const VariableOptions &options, const Call &)
+{
+    json request{{"do", "setenv"}, {"name", options.name}, {"value", nullptr}};
+    if (options.value)
+        request["value"] = *options.value;
+    ask_board(state_directory(options.state), request);
+    return done;
+}
+
+} // namespace
+
+void add_values(CLI::App &app, Call &call)
+{
+    add_verb<ItemOptions>(app, call, "get", "Show an item of the board's driver", add_get_options, get);
+    add_verb<ItemOptions>(app, call, "set",
+                          "Set an item of the board's driver; it lasts as long as the state", add_set_options,
+                          set);
+    add_verb<VariableOptions>(app, call, "getenv", "Show a boot variable as the driver has it now",
+                              add_getenv_options, get_variable);
+    add_verb<VariableOptions>(
+        app, call, "setenv", "Set or delete a boot variable in the driver; saving it is a program's business",
+        add_setenv_options, set_variable);
+}
+
+} // namespace vboard::cli

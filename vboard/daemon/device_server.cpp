@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "daemon/device_server.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <filesystem>
+#include <set>
+#include <sys/socket.h>
+#include <system_error>
+#include <thread>
+
+namespace vboard
+{
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+// Where the node of a device lies: what the board has in "/proc" cannot be put there, the shim looks
+// elsewhere.
+fs::path node_path(const std::string &device)
+{
+    return device.starts_with("/proc/") ? VBOARD_PROC_ROOT + device : device;
+}
+
+// The driver's own devices; a board may have more, by its items.
+std::set<std::string> known_devices(const Board &board)
+{
+    std::set<std::string> devices{"/dev/board0", "/dev/chassis0",   "/dev/envinfo0", "/dev/ttyS0",
+                                  "/dev/tpm0",   "/dev/module_crl", "/proc/wdt"};
+    for (int slot = 1; slot <= 32; slot++)
+        devices.insert("/dev/slot" + std::to_string(slot));
+    for (const auto &[device, items] : board.profile().items)
+        devices.insert(device);
+    // A node replaces what lies at its path, so a profile gets nowhere else with it.
+    std::erase_if(devices, [&](const std::string &device) {
+        const bool placed = device.starts_with("/dev/") || device.starts_with("/proc/");
+        return !placed || fs::path(device).lexically_normal() != device || !board.serves(device);
+    });
+    return devices;
+}
+
+} // namespace
+
+struct DeviceServer::Connection {
+    std::string device;
+    Descriptor socket;
+    std::mutex busy; // held while a packet is taken and answered
+    bool opened = false;
+    int flags = 0;
+    int pid = 0; // of the process that opened it
+};
+
+DeviceServer::DeviceServer(Board &board, WriteSink sink) : board_(board), sink_(std::move(sink)) {}
+
+DeviceServer::~DeviceServer()
+{
+    for (;;) {
+        {
+            const std::lock_guard lock(mutex_);
+            for (const auto &connection : connections_)
+                shutdown(connection->socket.get(), SHUT_RDWR);
+            if (connections_.empty())
+                return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+void DeviceServer::make_nodes()
+{
+    for (const std::string &device : known_devices(board_)) {
+        const fs::path path = node_path(device);
+        fs::create_directories(path.parent_path());
+        Descriptor socket = listen_at(path, SOCK_SEQPACKET, 0666);
+        const int on = 1;
+        // The kernel then tells the sender of each packet, whoever shares the descriptor.
+        setsockopt(socket.get(), SOL_SOCKET, SO_PASSCRED, &on, sizeof on);
+        fcntl(socket.get(), F_SETFL, O_NONBLOCK);
+        nodes_.push_back({device, std::move(socket)});
+    }
+}
+
+std::vector<std::string> DeviceServer::devices() const
+{
+    std::vector<std::string> names;
+    for (const Node &node : nodes_)
+        names.push_back(node.device);
+    return names;
+}
+
+std::vector<pollfd> DeviceServer::listeners() const
+{
+    std::vector<pollfd> waiting;
+    for (const Node &node : nodes_)
+        waiting.push_back({node.socket.get(), POLLIN, 0});
+    return waiting;
+}
+
+void DeviceServer::accept_waiting(const std::vector<pollfd> &listening)
+{
+    for (const Node &node : nodes_) {
+        const auto ready = [&](const pollfd &one) { return one.fd == node.socket.get() && one.revents != 0; };
+        while (std::any_of(listening.begin(), listening.end(), ready)) {
+            Descriptor socket(accept4(node.socket.get(), nullptr, nullptr, SOCK_CLOEXEC));
+            if (!socket)
+                break;
+            auto connection = std::make_shared<Connection>();
+            connection->device = node.device;
+            connection->socket = std::move(socket);
+            const std::lock_guard lock(mutex_);
+            connections_.push_back(connection);
+            try {
+                std::thread(&DeviceServer::serve, this, connection).detach();
+            } catch (const std::system_error &) {
+                connections_.pop_back(); // out of threads: this one open fails, the board goes on
+            }
+        }
+    }
+}
+
+void DeviceServer::serve(const std::shared_ptr<Connection> &connection)
+{
+    pollfd waiting{connection->socket.get(), POLLIN, 0};
+    for (bool more = true; more;) {
+        if (poll(&waiting, 1, -1) < 0 && errno != EINTR)
+            break;
+        const std::lock_guard lock(connection->busy);
+        std::optional<Packet> packet = take_packet(connection->socket.get());
+        if (packet && packet->data.empty() && !packet->channel)
+            more = (waiting.revents & POLLHUP) == 0; // the last copy of the descriptor was closed
+        else if (packet)
+            more = handle(*connection, std::move(*packet));
+        else
+            more = (waiting.revents & (POLLHUP | POLLERR)) == 0;
+    }
+    if (connection->opened)
+        board_.close(connection->device, connection->pid);
+    const std::lock_guard lock(mutex_);
+    connections_.remove(connection);
+}
+
+bool DeviceServer::handle(Connection &connection, Packet packet)
+{
+    if (packet.refused)
+        return false;
+    if (!packet.channel) {
+        if (connection.opened)
+            write(connection, packet.data, packet.pid, nullptr);
+        return connection.opened;
+    }
+    const std::optional<wire::Request> request = request_of(packet);
+    return request && handle_request(connection, std::move(packet), *request);
+}
+
+bool DeviceServer::handle_request(Connection &connection, Packet packet, const wire::Request &request)
+{
+    Channel channel(std::move(packet.channel));
+    if (connection.opened == (request.action == wire::Action::open))
+        return false; // the first request is an open, and no other one
+    const int access = connection.flags & O_ACCMODE;
+    switch (request.action) {
+    case wire::Action::open: {
+        const auto flags = static_cast<int>(request.number);
+        const int error = board_.open(connection.device, flags, packet.pid);
+        if (error == 0) {
+            connection.opened = true;
+            connection.flags = flags;
+            connection.pid = packet.pid;
+            // The board sends nothing of its own: a read that does not go through the shim finds the end of
+            // the file instead of waiting for ever.
+            shutdown(connection.socket.get(), SHUT_WR);
+        }
+        channel.done(error == 0 ? 0 : -1, error);
+        return error == 0;
+    }
+    case wire::Action::ioctl: {
+        const IoctlResult result =
+            run_ioctl(board_, connection.device, request.number, request.argument, packet.pid, channel);
+        channel.done(result.result, result.error);
+        return true;
+    }
+    case wire::Action::read: {
+        if (access == O_WRONLY) {
+            channel.done(-1, EBADF);
+            return true;
+        }
+        const IoResult result = board_.read(connection.device, request.number, packet.pid);
+        channel.done(result.result, result.error, result.data);
+        return true;
+    }
+    case wire::Action::write:
+        packet.data.erase(packet.data.begin(), packet.data.begin() + sizeof(wire::Request));
+        write(connection, packet.data, packet.pid, &channel);
+        return true;
+    }
+    return false;
+}
+
+void DeviceServer::write(Connection &connection, const Bytes &data, int pid, const Channel *channel)
+{
+    IoResult result{-1, EBADF, {}};
+    if ((connection.flags & O_ACCMODE) != O_RDONLY)
+        result = board_.write(connection.device, data, pid);
+    if (result.result > 0 && static_cast<std::size_t>(result.result) <= data.size())
+        sink_(connection.device, Bytes(data.begin(), data.begin() + result.result));
+    if (channel)
+        channel->done(result.result, result.error);
+}
+
+bool DeviceServer::idle()
+{
+    const std::lock_guard lock(mutex_);
+    for (const auto &connection : connections_) {
+        const std::unique_lock busy(connection->busy, std::try_to_lock);
+        char byte;
+        if (!busy || recv(connection->socket.get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT) >= 0 ||
+            errno != EAGAIN)
+            return false;
+    }
+    return true;
+}
+
+void DeviceServer::settle()
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    for (;;) {
+        std::vector<pollfd> listening = listeners();
+        if (poll(listening.data(), listening.size(), 0) > 0)
+            accept_waiting(listening);
+        if (idle() || std::chrono::steady_clock::now() > end)
+            return;
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+}
+
+} // namespace vboard

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a running board does for the vboard command.
+#pragma once
+
+#include "daemon/state.hpp"
+#include "model/board.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <functional>
+
+namespace vboard
+{
+
+struct RequestContext {
+    Board &board;
+    State &state;
+    std::vector<std::string> devices;
+    std::function<void()> stop; // takes the board down once the answer is on its way
+};
+
+// Throws std::exception, in words, for a request that cannot be fulfilled.
+nlohmann::json fulfil(const RequestContext &context, const nlohmann::json &request);
+
+} // namespace vboard
