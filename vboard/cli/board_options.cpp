@@ -10,11 +10,8 @@
 #include "model/profile.hpp"
 
 #include <array>
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <sstream>
-#include <stdlib.h>
 
 namespace vboard::cli
 {
@@ -25,15 +22,6 @@ namespace
 {
 
 constexpr const char *default_board = "qs3520-mpu";
-
-fs::path make_temporary()
-{
-    // Not in "/tmp" if possible: the board has one of its own, where the directory would show.
-    for (std::string path : {"/var/tmp/vboard-XXXXXX", "/tmp/vboard-XXXXXX"})
-        if (mkdtemp(path.data()))
-            return path;
-    throw std::runtime_error(std::string("cannot make a temporary state directory: ") + std::strerror(errno));
-}
 
 std::string content(const fs::path &path)
 {
@@ -60,6 +48,21 @@ void settle_profile(const State &state, const std::string &board)
                                  "; give another --state, or none of --board");
 }
 
+// What is wrong with the command line is found before the directory is touched.
+BoardPlan plan_of(const BoardOptions &options)
+{
+    BoardPlan plan;
+    for (const std::string &fault : options.faults)
+        plan.faults.push_back(parse_fault(fault));
+    if (!options.hard_type.empty())
+        number(options.hard_type, "hard type");
+    for (const std::string &path : options.keep)
+        plan.keep.push_back(fs::canonical(path));
+    plan.keep.push_back(own_binary());
+    plan.shims = shims();
+    return plan;
+}
+
 } // namespace
 
 void add_board_options(CLI::App &app, BoardOptions &options)
@@ -78,40 +81,14 @@ void add_board_options(CLI::App &app, BoardOptions &options)
         ->take_all();
 }
 
-Prepared::Prepared(const BoardOptions &options, bool temporary)
+Prepared::Prepared(const BoardOptions &options, const fs::path &directory)
+    : plan_(plan_of(options)), state_(directory)
 {
-    for (const std::string &fault : options.faults)
-        plan_.faults.push_back(parse_fault(fault));
-    std::optional<std::uint32_t> hard_type;
+    settle_profile(state_, options.board);
+    plan_.profile = load_profile(state_.profile());
     if (!options.hard_type.empty())
-        hard_type = number(options.hard_type, "hard type");
-    for (const std::string &path : options.keep)
-        plan_.keep.push_back(fs::canonical(path));
-    plan_.keep.push_back(own_binary());
-    plan_.shims = shims();
-
-    fs::path directory = options.state;
-    if (directory.empty())
-        directory = temporary ? temporary_ = make_temporary() : default_state();
-    try {
-        state_ = std::make_unique<State>(directory);
-        settle_profile(*state_, options.board);
-        plan_.profile = load_profile(state_->profile());
-        if (hard_type)
-            state_->keep_item("/dev/board0", item_code::hard_type, hard_type);
-        prepare_tree(state_->directory());
-    } catch (...) {
-        if (!temporary_.empty())
-            fs::remove_all(temporary_);
-        throw;
-    }
-}
-
-Prepared::~Prepared()
-{
-    std::error_code error; // a program that still runs may hold on to something
-    if (!temporary_.empty())
-        fs::remove_all(temporary_, error);
+        state_.keep_item("/dev/board0", item_code::hard_type, number(options.hard_type, "hard type"));
+    prepare_tree(state_.directory());
 }
 
 void add_state_option(CLI::App &app, std::string &state)

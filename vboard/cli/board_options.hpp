@@ -6,7 +6,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,20 +18,16 @@ struct BoardOptions {
 };
 void add_board_options(CLI::App &app, BoardOptions &options);
 
-// A board's directory that is ready to start, and locked. A temporary one goes with this object.
+// A board's directory that is ready to start, and locked.
 class Prepared
 {
   public:
-    // With `temporary`, a state directory is made when none is named; otherwise the default one is used.
     // Throws std::runtime_error or UsageError.
-    Prepared(const BoardOptions &options, bool temporary);
-    ~Prepared();
-    Prepared(const Prepared &) = delete;
-    Prepared &operator=(const Prepared &) = delete;
+    Prepared(const BoardOptions &options, const std::filesystem::path &directory);
 
     State &state()
     {
-        return *state_;
+        return state_;
     }
     const BoardPlan &plan() const
     {
@@ -44,9 +39,8 @@ class Prepared
     }
 
   private:
-    std::filesystem::path temporary_;
-    std::unique_ptr<State> state_;
     BoardPlan plan_;
+    State state_;
 };
 
 // The state directory that a verb on an existing board means.

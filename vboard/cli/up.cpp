@@ -2,6 +2,7 @@
 // vboard up, exec, down, status: a board that stays.
 #include "cli/board_options.hpp"
 #include "cli/command.hpp"
+#include "cli/places.hpp"
 #include "cli/verbs.hpp"
 #include "daemon/control.hpp"
 #include "launcher/namespace.hpp"
@@ -63,7 +64,7 @@ int stay(Prepared &prepared, int report)
     redirect(STDOUT_FILENO, log, O_WRONLY | O_CREAT | O_APPEND);
     redirect(STDERR_FILENO, log, O_WRONLY | O_CREAT | O_APPEND);
     try {
-        return run_until_down(prepared.state(), prepared.plan(), [report] {
+        return run_until_down(enter_own_namespace(), prepared.state(), prepared.plan(), [report] {
             [[maybe_unused]] const int left = chdir("/"); // the directory of the caller is not held on to
             [[maybe_unused]] const ssize_t told = write(report, "", 1);
             close(report);
@@ -77,7 +78,7 @@ int stay(Prepared &prepared, int report)
 
 int up(const BoardOptions &options, const Call &)
 {
-    Prepared prepared(options, false);
+    Prepared prepared(options, options.state.empty() ? default_state() : fs::path(options.state));
     prepared.keep_reachable(fs::current_path()); // "vboard exec" comes from there, as a rule
     int pipe[2];
     if (pipe2(pipe, O_CLOEXEC) != 0)

@@ -62,8 +62,8 @@ class Signals
 class Running
 {
   public:
-    Running(State &state, const BoardPlan &plan)
-        : state_(state), tree_(state, plan),
+    Running(const OwnNamespace &proof, State &state, const BoardPlan &plan)
+        : state_(state), tree_(proof, state, plan),
           board_(plan.profile, make_env_store(state.directory(), plan.profile)),
           devices_(board_, [this](const std::string &, const Bytes &text) { state_.append_console(text); }),
           stop_(eventfd(0, EFD_CLOEXEC))
@@ -123,9 +123,9 @@ class Running
 
   private:
     struct Tree {
-        Tree(const State &state, const BoardPlan &plan)
+        Tree(const OwnNamespace &proof, const State &state, const BoardPlan &plan)
         {
-            enter_tree(enter_own_namespace(), {state.directory(), plan.keep});
+            enter_tree(proof, {state.directory(), plan.keep});
             seed_tree(plan.profile, plan.shims);
         }
     };
@@ -142,9 +142,10 @@ class Running
 
 } // namespace
 
-int run_for_program(State &state, const BoardPlan &plan, const std::function<int()> &program)
+int run_for_program(const OwnNamespace &proof, State &state, const BoardPlan &plan,
+                    const std::function<int()> &program)
 {
-    Running running(state, plan);
+    Running running(proof, state, plan);
     const pid_t child = fork();
     if (child < 0)
         throw std::runtime_error("cannot start a process for the program");
@@ -167,9 +168,10 @@ int run_for_program(State &state, const BoardPlan &plan, const std::function<int
     }
 }
 
-int run_until_down(State &state, const BoardPlan &plan, const std::function<void()> &ready)
+int run_until_down(const OwnNamespace &proof, State &state, const BoardPlan &plan,
+                   const std::function<void()> &ready)
 {
-    Running running(state, plan);
+    Running running(proof, state, plan);
     ready();
     for (;;) {
         const int signal = running.serve();

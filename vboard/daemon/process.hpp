@@ -5,6 +5,7 @@
 
 #include "daemon/seed.hpp"
 #include "daemon/state.hpp"
+#include "launcher/namespace.hpp"
 #include "model/board.hpp"
 
 #include <filesystem>
@@ -24,9 +25,11 @@ struct BoardPlan {
 // Both run in a process of their own, which has one thread when they are called, and return its exit status.
 
 // Runs the board while `program`, called in a child, runs; its exit status is the result.
-int run_for_program(State &state, const BoardPlan &plan, const std::function<int()> &program);
+int run_for_program(const OwnNamespace &proof, State &state, const BoardPlan &plan,
+                    const std::function<int()> &program);
 
 // Runs the board until it is told to go down. `ready` is called when programs can use it.
-int run_until_down(State &state, const BoardPlan &plan, const std::function<void()> &ready);
+int run_until_down(const OwnNamespace &proof, State &state, const BoardPlan &plan,
+                   const std::function<void()> &ready);
 
 } // namespace vboard
