@@ -42,9 +42,10 @@ extern MOXBOOT_API uint32_t g_idebug_print_flag;
  * behind
  * "[boot_info]" and, when bit value 2 of @p level is set, on standard error.
  *
- * The log is opened and closed for every line. A text of at most 126 characters arrives whole; one of 127
- * loses its last character; a longer one reaches the system log cut at 127 characters, while both console
- * copies are an empty line.
+ * The log is opened and closed for every line; as libc keeps one log for the whole process, a line that meets
+ * another thread's closing goes out under the program's name instead of "init". A text of at most 126
+ * characters arrives whole; one of 127 loses its last character; a longer one reaches the system log cut at
+ * 127 characters, while both console copies are an empty line.
  * @param level  bit mask, only bit value 2 is tested; see DRVBOOT_LEVEL_INFO, _COPY, _ERROR
  * @param format printf format, followed by its arguments
  * @return number of characters written to standard output, as printf() gives it
