@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -74,7 +75,9 @@ void Session::must(const Ended &ended) const
 
 void Session::start(std::uint32_t hard_type, const Words &options)
 {
-    must(vboard({"up"}, joined({{"--keep", MOXCTL_BUILD, "--hard-type", hex(hard_type)}, options})));
+    must(vboard(
+        {"up"},
+        joined({{"--keep", MOXCTL_BUILD, "--board", "qs3540-mpu", "--hard-type", hex(hard_type)}, options})));
     up_ = true;
 }
 
@@ -82,6 +85,20 @@ void Session::start_board(const std::string &name)
 {
     must(vboard({"up"}, {"--keep", MOXCTL_BUILD, "--board", name}));
     up_ = true;
+}
+
+void Session::start_with_footprint(const std::string &footprint)
+{
+    std::string text = "name = \"footprint\"\ndescription = \"only a footprint\"\nfootprint = \"";
+    for (const char c : footprint) {
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(static_cast<unsigned char>(c)));
+        text += escape;
+    }
+    const std::string profile = state_ + "-footprint.toml";
+    std::ofstream(profile) << text << "\"\n";
+    start_board(profile);
+    std::filesystem::remove(profile);
 }
 
 void Session::restart()

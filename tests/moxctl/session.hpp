@@ -36,7 +36,8 @@ class Session : public testing::Test
 
     void start(std::uint32_t hard_type, const Words &options = {});
     void start_board(const std::string &name);
-    void restart(); // switched off and on
+    void start_with_footprint(const std::string &footprint); // a board that has nothing else
+    void restart();                                          // switched off and on
     Ended moxctl(const Words &words);
     // The object that moxctl prints with --json, which must end with `status`.
     json object(const Words &words, int status = 0);

@@ -17,20 +17,11 @@ using testing::Not;
 
 class Time : public Session
 {
-  protected:
-    Time()
-    {
-        start(an_mpu);
-    }
-    void footprint(const std::string &text)
-    {
-        const Ended ended = on_board({"/bin/sh", "-c", "printf '%s' \"$1\" > /tmp/footprint", "sh", text});
-        ASSERT_EQ(ended.status, 0) << ended.err;
-    }
 };
 
 TEST_F(Time, Run_times_and_clock_agree_with_this_machines)
 {
+    start(an_mpu);
     const json object = Session::object({"time"});
     EXPECT_GT(object.at("time_base_frequency"), 0);
     EXPECT_NEAR(object.at("cpu_run_time").at("seconds").get<double>(),
@@ -50,7 +41,7 @@ TEST_F(Time, Run_times_and_clock_agree_with_this_machines)
 
 TEST_F(Time, The_table_has_a_line_for_each_fact)
 {
-    footprint("t0_s=1\nt0_ms=250\nt0_des=first\n");
+    start_with_footprint("t0_s=1\nt0_ms=250\nt0_des=first\n");
     const std::string table = output({"time"});
     for (const char *line :
          {"Board run time       [0-9]+ s", "CPU run time         [0-9]+\\.[0-9][0-9][0-9] s",
@@ -63,7 +54,7 @@ TEST_F(Time, The_table_has_a_line_for_each_fact)
 
 TEST_F(Time, A_short_footprint_ends_at_its_last_step)
 {
-    footprint("t0_s=1\nt0_ms=2\nt0_des=first\nt1_s=30\nt1_ms=45\nt1_des=second\n");
+    start_with_footprint("t0_s=1\nt0_ms=2\nt0_des=first\nt1_s=30\nt1_ms=45\nt1_des=second\n");
     EXPECT_EQ(object({"time"}).at("footprint"),
               json::parse(R"([{"step": 0, "seconds": 1, "milliseconds": 2, "description": "first"},
                               {"step": 1, "seconds": 30, "milliseconds": 45, "description": "second"}])"));
@@ -76,7 +67,7 @@ TEST_F(Time, No_more_steps_are_shown_than_asked_for)
         const std::string key = "t" + std::to_string(i);
         text += key + "_s=" + std::to_string(i) + "\n" + key + "_ms=0\n" + key + "_des=d\n";
     }
-    footprint(text);
+    start_with_footprint(text);
     EXPECT_EQ(object({"time"}).at("footprint").size(), 16u);
     EXPECT_EQ(object({"time", "--steps", "1"}).at("footprint").size(), 1u);
     EXPECT_EQ(object({"time", "--steps=1000"}).at("footprint").size(), 20u);
@@ -84,7 +75,7 @@ TEST_F(Time, No_more_steps_are_shown_than_asked_for)
 
 TEST_F(Time, An_empty_footprint_has_no_steps)
 {
-    footprint("nothing of use");
+    start_with_footprint("nothing of use");
     EXPECT_EQ(object({"time"}).at("footprint"), json::array());
     const std::string table = output({"time"});
     EXPECT_THAT(table, HasSubstr("Footprint            0 "));
@@ -93,7 +84,7 @@ TEST_F(Time, An_empty_footprint_has_no_steps)
 
 TEST_F(Time, A_missing_footprint_is_unreadable_and_the_rest_is_told)
 {
-    ASSERT_EQ(on_board({"/bin/rm", "-f", "/tmp/footprint"}).status, 0);
+    start_with_footprint("");
     const json object = Session::object({"time"});
     EXPECT_TRUE(object.at("footprint").is_null());
     EXPECT_EQ(object.at("errors").at("footprint").at("code"), 0xFFFFFFFF);
@@ -104,13 +95,14 @@ TEST_F(Time, A_missing_footprint_is_unreadable_and_the_rest_is_told)
 
 TEST_F(Time, A_description_cannot_steer_the_terminal)
 {
-    footprint("t0_s=1\nt0_ms=2\nt0_des=a\x1b[31mb\n");
+    start_with_footprint("t0_s=1\nt0_ms=2\nt0_des=a\x1b[31mb\n");
     EXPECT_THAT(output({"time"}), HasSubstr("a?[31mb\n"));
     EXPECT_EQ(object({"time"}).at("footprint").at(0).at("description"), "a\x1b[31mb");
 }
 
 TEST_F(Time, Nothing_is_asked_of_the_driver)
 {
+    start(an_mpu);
     asked();
     output({"time"});
     EXPECT_THAT(asked(), ElementsAre());

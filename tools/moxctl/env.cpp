@@ -30,13 +30,13 @@ Outcome env_failure(const std::string &action, std::uint32_t result, int error)
     return failure("cannot " + action + " (" + describe({result, reason}) + ")");
 }
 
-// A driver's failure leaves its reason in errno, and nothing that the library does afterwards touches it.
+// An ioctl that gives -1 leaves its reason in errno, and nothing that the library does afterwards touches it.
+// Any other result comes without one: 0 then.
 template <typename Request>
 std::uint32_t ask(int &error, Request request)
 {
-    errno = 0;
     const std::uint32_t result = request();
-    error = errno;
+    error = result == internal_failure ? errno : 0;
     return result;
 }
 
@@ -47,7 +47,7 @@ Outcome get_variable(const std::string &name)
     std::array<char, DRVBOOT_ENV_SIZE> value{};
     int error = 0;
     const std::uint32_t result = ask(error, [&] { return drv_getenv(name.c_str(), value.data()); });
-    if (result != 0 && result != not_opened && error == ENOENT)
+    if (error == ENOENT)
         return failure("boot variable \"" + name + "\" is not set");
     if (result != 0)
         return env_failure("read boot variable \"" + name + "\"", result, error);
@@ -67,7 +67,7 @@ Outcome clear_variable(const std::string &name)
 {
     int error = 0;
     const std::uint32_t result = ask(error, [&] { return drv_clrenv(name.c_str()); });
-    if (result != 0 && result != not_opened && error == ENOENT)
+    if (error == ENOENT)
         return failure("boot variable \"" + name + "\" is not set");
     if (result != 0)
         return env_failure("clear boot variable \"" + name + "\"", result, error);
