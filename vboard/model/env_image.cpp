@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <stddef.h> // for libuboot.h, which does not include what it needs
 #include <stdexcept>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -136,10 +137,7 @@ class ImageStore : public EnvStore
         const std::string image = (directory / env_image_name).string();
         std::snprintf(text, sizeof text, "%s 0x0 0x%zx\n%s 0x%zx 0x%zx\n", image.c_str(), copy_size,
                       image.c_str(), copy_size, copy_size);
-        replace(env_config_name, [&](int fd) {
-            const auto length = static_cast<ssize_t>(std::strlen(text));
-            return write(fd, text, std::strlen(text)) == length;
-        });
+        replace(env_config_name, text);
     }
 
     void make_image() const
@@ -147,11 +145,20 @@ class ImageStore : public EnvStore
         struct stat info;
         if (fstatat(directory_, env_image_name, &info, 0) == 0 && info.st_size == 2 * copy_size)
             return;
-        // Both copies are made good before the image appears under its name.
-        replace(env_image_name, [&](int fd) {
-            const std::string file = "/proc/self/fd/" + std::to_string(fd);
-            return ftruncate(fd, 2 * copy_size) == 0 && store_factory(file) && store_factory(file);
-        });
+        // Both copies are made good before the image appears under its name; in memory, where it takes no
+        // time.
+        const int memory = memfd_create(env_image_name, MFD_CLOEXEC);
+        const std::string file = "/proc/self/fd/" + std::to_string(memory);
+        std::string bytes(2 * copy_size, '\0');
+        const bool made = memory >= 0 && ftruncate(memory, 2 * copy_size) == 0 && store_factory(file) &&
+                          store_factory(file) &&
+                          pread(memory, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size());
+        const int error = errno;
+        if (memory >= 0)
+            close(memory);
+        if (!made)
+            fail("make", std::string(env_image_name) + " of the board", error);
+        replace(env_image_name, bytes);
     }
 
     // An open image holds the library's lock: it must be closed before it is opened once more.
@@ -160,13 +167,13 @@ class ImageStore : public EnvStore
         return Image(file).store(factory_);
     }
 
-    // Written beside, flushed, renamed.
-    template <class Fill>
-    void replace(const std::string &name, Fill fill) const
+    // Written beside and renamed. Not flushed: what a power cut spoils here is made anew at the next start.
+    void replace(const std::string &name, const std::string &content) const
     {
         const std::string beside = name + ".new";
-        const int fd = openat(directory_, beside.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-        const bool good = fd >= 0 && fill(fd) && fsync(fd) == 0 &&
+        const int fd = openat(directory_, beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+        const bool good = fd >= 0 &&
+                          write(fd, content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
                           renameat(directory_, beside.c_str(), directory_, name.c_str()) == 0;
         const int error = errno;
         if (fd >= 0)
