@@ -5,11 +5,13 @@
 
 #include <csignal>
 #include <ctime>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -22,6 +24,25 @@ class EnvCrash : public test::Stores
 {
 };
 BOTH_STORES(EnvCrash);
+
+TEST_P(EnvCrash, AChangeIsOnTheDeviceBeforeItGetsItsNameAndTheNameBeforeSuccessIsTold)
+{
+    write_file(path, "a=old\0"s);
+    std::vector<std::string> steps;
+    bool good = false;
+    {
+        test::Watch watch([&](const test::Call &call) -> std::optional<long> {
+            const std::string function = call.function;
+            if (function == "flock" || function == "read" || function == "write" || function == "fsync" ||
+                function == "rename")
+                steps.push_back(function);
+            return std::nullopt;
+        });
+        good = set("a", "new");
+    }
+    EXPECT_TRUE(good);
+    EXPECT_THAT(steps, testing::ElementsAre("flock", "read", "write", "fsync", "rename", "fsync", "flock"));
+}
 
 TEST_P(EnvCrash, AKillBeforeAnyCallOfAChangeLeavesTheOldStoreOrTheNew)
 {

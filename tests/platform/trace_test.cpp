@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// The step trace, read back with a JSON parser of others.
+// What the step trace records, and that its caller never notices.
 #include "platform/calls.hpp"
-#include "platform/scratch.hpp"
-
-#include <moxboot/platform.h>
+#include "platform/trace_fixture.hpp"
 
 #include <cerrno>
 #include <chrono>
@@ -14,7 +12,6 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,43 +21,8 @@ namespace
 {
 
 using nlohmann::json;
+using test::Trace;
 using testing::ElementsAre;
-
-class Trace : public testing::Test
-{
-  protected:
-    Trace()
-    {
-        setenv("MOXPLATFORM_TRACE", path.c_str(), 1);
-    }
-    ~Trace() override
-    {
-        unsetenv("MOXPLATFORM_TRACE");
-    }
-    std::vector<std::string> lines() const
-    {
-        std::vector<std::string> all;
-        std::istringstream text(test::read_file(path));
-        for (std::string line; std::getline(text, line);)
-            all.push_back(line);
-        return all;
-    }
-    json only_row() const
-    {
-        const auto all = lines();
-        EXPECT_EQ(all.size(), 1u);
-        return all.empty() ? json() : json::parse(all.front());
-    }
-    std::string recorded(const std::string &text)
-    {
-        unlink(path.c_str());
-        iof_startupstep_trace(0, 1, "%s", text.c_str());
-        return only_row().at("text").get<std::string>();
-    }
-
-    const test::Scratch scratch;
-    const std::string path = scratch.path("trace");
-};
 
 TEST_F(Trace, RecordsNothingWithoutAFileName)
 {
@@ -146,75 +108,6 @@ TEST_F(Trace, AnInterruptedWriteIsMadeAgain)
     }
     EXPECT_EQ(writes, 2);
     EXPECT_EQ(only_row().at("text"), "text");
-}
-
-TEST_F(Trace, EveryAsciiCharacterComesBack)
-{
-    for (int byte = 1; byte < 0x80; ++byte) {
-        const std::string text = {'a', static_cast<char>(byte), 'b'};
-        EXPECT_EQ(recorded(text), text) << "character " << byte;
-    }
-}
-
-TEST_F(Trace, Utf8StandsAsItIs)
-{
-    const std::string text =
-        "\xC2\x80 \xDF\xBF \xE0\xA0\x80 \xE2\x82\xAC \xED\x9F\xBF \xEE\x80\x80 \xEF\xBF\xBF "
-        "\xF0\x90\x80\x80 \xF3\xBF\xBF\xBF \xF4\x8F\xBF\xBF";
-    EXPECT_EQ(recorded(text), text);
-    EXPECT_THAT(lines().at(0), testing::HasSubstr(text));
-}
-
-// JSON texts are Unicode: \u00XX comes back as the two-byte form of that code.
-std::string as_code(unsigned char byte)
-{
-    return {static_cast<char>(0xC0 | byte >> 6), static_cast<char>(0x80 | (byte & 0x3F))};
-}
-
-TEST_F(Trace, BytesThatAreNoCharacterBecomeEscapes)
-{
-    const std::vector<std::string> broken = {
-        "\x80",     // continuation alone
-        "\xC0\xAF", // longer than needed
-        "\xC1\xBF",
-        "\xE0\x9F\xBF",
-        "\xF0\x8F\xBF\xBF",
-        "\xED\xA0\x80",     // surrogate
-        "\xF4\x90\x80\x80", // beyond the last code
-        "\xF5\x80\x80\x80",
-        "\xFE",
-        "\xFF",
-        "\xE2\x82", // cut
-        "\xF0\x90\x80",
-    };
-    for (const std::string &bytes : broken) {
-        std::string expected = "a";
-        std::string escapes;
-        for (const char byte : bytes) {
-            char escape[8];
-            snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned char>(byte));
-            escapes += escape;
-            expected += as_code(static_cast<unsigned char>(byte));
-        }
-        EXPECT_EQ(recorded("a" + bytes + "z"), expected + "z") << escapes;
-        EXPECT_THAT(lines().at(0), testing::HasSubstr("a" + escapes + "z"));
-        EXPECT_EQ(recorded("a" + bytes), expected) << escapes << " at the end";
-    }
-}
-
-TEST_F(Trace, ControlCharactersQuotesAndBackslashesAreEscaped)
-{
-    recorded("\"\\\b\f\n\r\t\x01\x1F/");
-    EXPECT_THAT(lines().at(0), testing::HasSubstr(R"("text":"\"\\\b\f\n\r\t\u0001\u001f/"})"));
-}
-
-TEST_F(Trace, AnOverlongTextIsCutAndTheLineStaysWhole)
-{
-    for (const char byte : {'a', '\x01', '\xFF'}) {
-        const std::string text = recorded(std::string(5000, byte));
-        const size_t characters = byte == '\xFF' ? text.size() / 2 : text.size();
-        EXPECT_EQ(characters, 2047u);
-    }
 }
 
 TEST_F(Trace, ATextThatCannotBeFormattedIsRecordedEmpty)
