@@ -266,18 +266,18 @@ MOXBOOT_API uint32_t drvboot_impl_set_sync_ccpkg_flag(uint32_t flag);
 /* ---- Constant answers, kept for their callers
  * -------------------------------------------------------------- */
 
-/** @return 0 */
-MOXBOOT_WEAK_API uint32_t MOX_GetAutoUpgrade_Flag(void);
+/** @return 0. A weak symbol: a product may put its own in front */
+MOXBOOT_API uint32_t MOX_GetAutoUpgrade_Flag(void);
 MOXBOOT_API uint32_t drvboot_impl_get_auto_upgrade_flag(void);
 /** @return 0 */
 MOXBOOT_API uint32_t setQuickStartFlag(void);
 MOXBOOT_API uint32_t drvboot_impl_set_quick_start_flag(void);
 /** @return 0 */
 MOXBOOT_API uint32_t setNotQuickstartFlag(void);
-/** @return 0 */
-MOXBOOT_WEAK_API uint32_t MOX_IsRunInLS(void);
-/** Does nothing; a product may put its own in front. */
-MOXBOOT_WEAK_API void MOX_CpuOverLoadHandleHook(void);
+/** @return 0. A weak symbol: a product may put its own in front */
+MOXBOOT_API uint32_t MOX_IsRunInLS(void);
+/** Does nothing. A weak symbol: a product may put its own in front */
+MOXBOOT_API void MOX_CpuOverLoadHandleHook(void);
 /** @return 1, and reports so (step trace level 4) */
 MOXBOOT_API uint32_t MOX_UseBootpCount(void);
 

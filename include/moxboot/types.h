@@ -22,8 +22,6 @@
 
 /** Marks a function or variable of the library's binary interface. */
 #define MOXBOOT_API __attribute__((visibility("default")))
-/** An exported function that a product may replace by its own definition. */
-#define MOXBOOT_WEAK_API __attribute__((visibility("default"), weak))
 /** Lets the compiler check a printf-like call: @p f is the position of the format, @p a of its first
  * argument. */
 #define MOXBOOT_PRINTF(f, a) __attribute__((format(printf, f, a)))

@@ -2,6 +2,7 @@
 // Questions whose answer has become a constant. The platform still calls them; no driver request is made.
 #include "base/report.hpp"
 #include "base/result.hpp"
+#include "base/weak.hpp"
 
 #include <moxboot/board.h>
 
@@ -12,7 +13,7 @@ uint32_t drvboot_impl_get_auto_upgrade_flag(void)
     return 0;
 }
 
-uint32_t MOX_GetAutoUpgrade_Flag(void)
+MOXBOOT_WEAK uint32_t MOX_GetAutoUpgrade_Flag(void)
 {
     return drvboot_impl_get_auto_upgrade_flag();
 }
@@ -52,12 +53,12 @@ uint32_t MOX_SetDelayVoteSlave(void)
     return 0;
 }
 
-uint32_t MOX_IsRunInLS(void)
+MOXBOOT_WEAK uint32_t MOX_IsRunInLS(void)
 {
     return 0;
 }
 
-void MOX_CpuOverLoadHandleHook(void) {}
+MOXBOOT_WEAK void MOX_CpuOverLoadHandleHook(void) {}
 
 uint32_t MOX_UseBootpCount(void)
 {
