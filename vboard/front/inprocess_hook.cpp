@@ -40,6 +40,8 @@ void set_block_hook(BlockHook hook)
 namespace inprocess
 {
 
+constinit thread_local bool looking = false;
+
 bool hooked()
 {
     return !in_hook && (libc_hook.load(std::memory_order_relaxed) != nullptr ||

@@ -20,13 +20,18 @@ bool hooked();
 bool answered(const LibcCall &call, long &result);
 void tell_block(void *block, const void *caller);
 
+// Whether this thread is in dlsym(), which must not wait for the malloc() that it looks for.
+extern constinit thread_local bool looking;
+
 // Looked up at the first call: constructors of other libraries call before this file's could run.
 template <typename Function>
 Function *find(std::atomic<void *> &place, const char *name)
 {
     void *found = place.load(std::memory_order_relaxed);
     if (found == nullptr) {
+        looking = true;
         found = dlsym(RTLD_NEXT, name);
+        looking = false;
         place.store(found, std::memory_order_relaxed);
     }
     return reinterpret_cast<Function *>(found);

@@ -20,7 +20,6 @@ LibcCall on_block(const char *function, const void *caller, std::size_t size, vo
 // dlsym() may allocate while it looks for malloc(); those few bytes come from here and are never given back.
 alignas(16) constinit char early[4096] = {};
 constinit std::atomic<std::size_t> early_used{0};
-constinit thread_local bool looking = false;
 
 void *early_block(std::size_t size)
 {
@@ -34,20 +33,10 @@ bool is_early(const void *block)
     return block >= early && block < early + sizeof early;
 }
 
-// Runs a look-up so that it finds the early blocks.
-template <typename Look>
-auto looked_up(Look look)
-{
-    looking = true;
-    const auto found = look();
-    looking = false;
-    return found;
-}
-
 template <typename Make>
 void *allocate(const LibcCall &call, Make make)
 {
-    if (looking)
+    if (inprocess::looking)
         return early_block(call.size);
     if (!inprocess::hooked())
         return make();
@@ -64,24 +53,25 @@ extern "C" {
 void *malloc(size_t size)
 {
     return allocate(on_block("malloc", CALLER, size, nullptr),
-                    [=] { return looked_up([] { return NEXT(void *(size_t), "malloc"); })(size); });
+                    [=] { return NEXT(void *(size_t), "malloc")(size); });
 }
 
 void *calloc(size_t count, size_t size)
 {
-    return allocate(on_block("calloc", CALLER, count * size, nullptr), [=] {
-        return looked_up([] { return NEXT(void *(size_t, size_t), "calloc"); })(count, size);
-    });
+    return allocate(on_block("calloc", CALLER, count * size, nullptr),
+                    [=] { return NEXT(void *(size_t, size_t), "calloc")(count, size); });
 }
 
 void free(void *block)
 {
-    if (is_early(block))
+    // dlsym() frees the text of an error that came before. A sanitizer's own texts of its start must not be
+    // freed at all (it forgets how long they were), so these few bytes stay.
+    if (is_early(block) || inprocess::looking)
         return;
     long ignored = 0;
     if (block != nullptr && inprocess::hooked())
         inprocess::answered(on_block("free", CALLER, 0, block), ignored);
-    looked_up([] { return NEXT(void(void *), "free"); })(block);
+    NEXT(void(void *), "free")(block);
 }
 
 } // extern "C"

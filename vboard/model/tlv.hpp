@@ -106,9 +106,9 @@ inline Bytes bytes_of(std::uint32_t value)
 }
 inline std::uint32_t word_of(const Bytes &bytes)
 {
-    std::uint32_t value = 0;
-    std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
-    return value;
+    Bytes word(bytes);
+    word.resize(sizeof(std::uint32_t));
+    return Reader(word).word();
 }
 
 } // namespace vboard
