@@ -4,6 +4,7 @@
 #include "daemon/state.hpp"
 
 #include <cerrno>
+#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -78,11 +79,22 @@ void ControlServer::accept_waiting()
     auto connection = std::make_shared<Descriptor>(accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC));
     if (!*connection)
         return;
+    busy_++;
     try {
-        std::thread([this, connection] { serve(*connection); }).detach();
+        std::thread([this, connection] {
+            serve(*connection);
+            busy_--;
+        }).detach();
     } catch (const std::system_error &) {
-        return; // out of threads: this caller sees the connection close
+        busy_--; // out of threads: this caller sees the connection close
     }
+}
+
+void ControlServer::settle() const
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (busy_ > 0 && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
 }
 
 void ControlServer::serve(const Descriptor &connection) const

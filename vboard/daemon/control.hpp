@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <atomic>
 #include <functional>
 #include <sys/types.h>
 
@@ -26,11 +27,14 @@ class ControlServer
         return socket_.get();
     }
     void accept_waiting();
+    // Waits, for a second at most, until what has been asked is answered.
+    void settle() const;
 
   private:
     void serve(const Descriptor &connection) const;
     Descriptor socket_;
     Handler handler_;
+    std::atomic<int> busy_ = 0;
 };
 
 // Sends a request to the board that runs in `directory`. Throws std::runtime_error when none does or it

@@ -114,6 +114,7 @@ class Running
     {
         devices_.settle();
         log_->take_waiting();
+        control_->settle();
     }
 
     const Signals &signals() const

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: Apache-2.0
+// Programs on a board, through the preload shim: native ones, and ARM ones under the emulator where both can
+// be built.
+#include "vboard_runner.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+using namespace front;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace
+{
+
+class Client : public testing::TestWithParam<const char *>
+{
+  protected:
+    static std::string program()
+    {
+        return std::string(GetParam()) == "arm" ? ARM_CLIENT : client_binary();
+    }
+
+    static Outcome run(const Words &scenario, const Words &options = {})
+    {
+        if (std::string(GetParam()) == "arm") {
+            setenv("VBOARD_ARM_SHIM", ARM_SHIM, 1);
+            setenv("CLIENT_EMULATOR", "qemu-arm", 1);
+        } else {
+            unsetenv("CLIENT_EMULATOR");
+        }
+        Words words{"run", "--show-log"};
+        words.insert(words.end(), options.begin(), options.end());
+        words.insert(words.end(), {"--", program()});
+        words.insert(words.end(), scenario.begin(), scenario.end());
+        return call_vboard(words);
+    }
+
+    static void expect_done(const Outcome &outcome)
+    {
+        EXPECT_EQ(outcome.status, 0) << outcome.err.substr(0, 2000);
+        EXPECT_THAT(outcome.out, HasSubstr("done")) << outcome.err.substr(0, 2000);
+    }
+};
+
+int count(const std::string &text, const std::string &piece)
+{
+    int found = 0;
+    for (std::size_t at = 0; (at = text.find(piece, at)) != std::string::npos; at += piece.size())
+        found++;
+    return found;
+}
+
+} // namespace
+
+#ifdef ARM_CLIENT
+INSTANTIATE_TEST_SUITE_P(Programs, Client, testing::Values("native", "arm"),
+                         [](const auto &one) { return std::string(one.param); });
+#else
+#define ARM_CLIENT ""
+#define ARM_SHIM ""
+INSTANTIATE_TEST_SUITE_P(Programs, Client, testing::Values("native"),
+                         [](const auto &one) { return std::string(one.param); });
+#endif
+
+TEST_P(Client, ReadsAnItemWithOneOpenAndOneRequest)
+{
+    const Outcome outcome = run({"one"}, {"--board", "qs3520-mpu"});
+    EXPECT_EQ(outcome.out, "0x900005f3\ndone\n") << outcome.err;
+    EXPECT_EQ(count(outcome.err, "#"), 2) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr("#1 open /dev/board0"));
+    EXPECT_THAT(outcome.err, HasSubstr("#2 get /dev/board0 0x8000001"));
+}
+
+TEST_P(Client, MayForkWithAnOpenDescriptor)
+{
+    expect_done(run({"fork"}));
+}
+
+TEST_P(Client, MayBeSeveralProcesses)
+{
+    const Outcome outcome = run({"processes"});
+    expect_done(outcome);
+    EXPECT_GE(count(outcome.err, "open /dev/board0"), 160);
+}
+
+TEST_P(Client, MayCopyADescriptor)
+{
+    expect_done(run({"copies"}));
+}
+
+TEST_P(Client, MayHoldManyDescriptors)
+{
+    expect_done(run({"many"}));
+}
+
+TEST_P(Client, MayUseANumberAgain)
+{
+    const Outcome outcome = run({"reuse"});
+    expect_done(outcome);
+    EXPECT_THAT(outcome.err,
+                Not(HasSubstr("unknown request"))); // the plain file's ioctl did not reach the driver
+}
+
+TEST_P(Client, MayHandADescriptorToAnotherProgram)
+{
+    expect_done(run({"exec"}));
+}
+
+TEST_P(Client, SeesTheFlagsThatItOpenedWith)
+{
+    expect_done(run({"flags"}));
+}
+
+TEST_P(Client, MayNameADeviceInAnyWay)
+{
+    expect_done(run({"relative"}));
+}
+
+TEST_P(Client, KeepsTheErrorOfAFailedOpen)
+{
+    expect_done(run({"failing"}));
+}
+
+TEST_P(Client, IsToldOfUnknownRequests)
+{
+    expect_done(run({"unknown"}));
+}
+
+TEST_P(Client, GetsEfaultForABadAddress)
+{
+    expect_done(run({"addresses"}));
+}
+
+TEST_P(Client, NeverGetsTheAnswerToAnothersQuestion)
+{
+    expect_done(run({"shared"}));
+}
+
+TEST_P(Client, IsNotHeldUpByAnothersDelay)
+{
+    expect_done(run({"delayed"}, {"--fault", "ioctl /dev/board0 --item 0x10002987 --delay 1500"}));
+}
+
+TEST_P(Client, MeetsPlannedFaults)
+{
+    const Outcome outcome = run({"one"}, {"--fault", "open /dev/board0 --errno EACCES"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("cannot open /dev/board0 (errno 13)"));
+    const Outcome second = run({"one"}, {"--fault", "ioctl any --item 0x8000001 --errno 5"});
+    EXPECT_EQ(second.status, 1);
+    EXPECT_THAT(second.err, HasSubstr("(errno 5)"));
+}
+
+TEST_P(Client, WritesToTheConsoleByAnyWay)
+{
+    Directory state;
+    const Outcome outcome = run({"console"}, {"--state", state.path()});
+    expect_done(outcome);
+    const std::string text = content(state.path() / "console");
+    EXPECT_THAT(text.substr(0, 18), "by stdio\nby write\n");
+    EXPECT_EQ(count(text, "x"), 200 * 1024);
+    EXPECT_TRUE(text.ends_with("by a shell\n")) << text.substr(text.size() - 40);
+}
+
+TEST_P(Client, LogsToTheBoardsSystemLog)
+{
+    Directory state;
+    expect_done(run({"log"}, {"--state", state.path()}));
+    const std::string text = content(state.path() / "syslog");
+    EXPECT_TRUE(text.starts_with("3.6 ")) << text;
+    EXPECT_TRUE(text.ends_with("client: a line for the log\n")) << text;
+}
+
+TEST_P(Client, FindsTheFootprintInBothPlaces)
+{
+    const Outcome outcome = run({"footprint"}, {"--board", "qs3520-mpu"});
+    EXPECT_EQ(outcome.out, "t0_s=0\nt0_s=0\ndone\n") << outcome.err;
+}
+
+TEST_P(Client, CannotHarmTheBoard)
+{
+    expect_done(run({"hostile"}));
+}
