@@ -24,6 +24,7 @@ namespace
 using Variables = std::map<std::string, std::string>;
 
 constexpr std::size_t copy_size = 16 * 1024;
+constexpr std::size_t copy_header = 5; // checksum and flag byte
 
 [[noreturn]] void fail(const std::string &what, const std::string &path, int error)
 {
@@ -121,6 +122,12 @@ class ImageStore : public EnvStore
 
     bool save(const Variables &variables) override
     {
+        // Found out here: libubootenv, which would refuse too, loses a block then.
+        std::size_t needed = copy_header + 1;
+        for (const auto &[name, value] : variables)
+            needed += name.size() + value.size() + 2;
+        if (needed > copy_size)
+            return false;
         return Image(path(env_image_name)).store(variables);
     }
 

@@ -143,6 +143,12 @@ TEST_F(EnvImage, RefusesToSaveMoreThanItHolds)
         too_many["variable" + std::to_string(i)] = std::string(250, 'x');
     EXPECT_FALSE(store->save(too_many));
     EXPECT_EQ(store->load(), profile.boot_env);
+    // Just full: five bytes of header, each variable with '=' and a zero, and the zero at the end.
+    Variables full{{"v", std::string(copy_size - 5 - 1 - 3, 'x')}};
+    EXPECT_TRUE(store->save(full));
+    EXPECT_EQ(store->load(), full);
+    full["v"] += 'x';
+    EXPECT_FALSE(store->save(full));
 }
 
 TEST_F(EnvImage, ASaveThatIsKilledAtAnyInstantLeavesAWholeEnvironment)
