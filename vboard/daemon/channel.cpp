@@ -126,10 +126,9 @@ int Channel::store(std::uint64_t address, const void *from, std::size_t size)
     return 0;
 }
 
-void Channel::done(std::int64_t result, int error, const std::vector<std::uint8_t> &data) const
+void Channel::done(std::int64_t result, int error) const
 {
-    const auto size = static_cast<std::uint32_t>(std::min<std::size_t>(data.size(), wire::max_payload));
-    send({wire::magic, wire::Step::done, 0, result, error, size}, data.data());
+    send({wire::magic, wire::Step::done, 0, result, error, 0}, nullptr);
 }
 
 } // namespace vboard

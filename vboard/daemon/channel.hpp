@@ -37,7 +37,7 @@ class Channel : public Memory
     // EFAULT also for a caller that does not play by the rules.
     int fetch(std::uint64_t address, void *into, std::size_t size) override;
     int store(std::uint64_t address, const void *from, std::size_t size) override;
-    void done(std::int64_t result, int error, const std::vector<std::uint8_t> &data = {}) const;
+    void done(std::int64_t result, int error) const;
 
   private:
     bool send(const wire::Answer &answer, const void *payload) const;

@@ -149,7 +149,7 @@ bool DeviceServer::handle(Connection &connection, Packet packet)
         return false;
     if (!packet.channel) {
         if (connection.opened)
-            write(connection, packet.data, packet.pid, nullptr);
+            write(connection, packet.data, packet.pid);
         return connection.opened;
     }
     const std::optional<wire::Request> request = request_of(packet);
@@ -161,7 +161,6 @@ bool DeviceServer::handle_request(Connection &connection, Packet packet, const w
     Channel channel(std::move(packet.channel));
     if (connection.opened == (request.action == wire::Action::open))
         return false; // the first request is an open, and no other one
-    const int access = connection.flags & O_ACCMODE;
     switch (request.action) {
     case wire::Action::open: {
         const auto flags = static_cast<int>(request.number);
@@ -184,31 +183,40 @@ bool DeviceServer::handle_request(Connection &connection, Packet packet, const w
         return true;
     }
     case wire::Action::read: {
-        if (access == O_WRONLY) {
+        if ((connection.flags & O_ACCMODE) == O_WRONLY) {
             channel.done(-1, EBADF);
             return true;
         }
         const IoResult result = board_.read(connection.device, request.number, packet.pid);
-        channel.done(result.result, result.error, result.data);
+        const std::size_t size = std::min<std::size_t>(result.data.size(), request.number);
+        if (const int error = channel.store(request.argument, result.data.data(), size); error != 0)
+            channel.done(-1, error);
+        else
+            channel.done(result.result, result.error);
         return true;
     }
-    case wire::Action::write:
-        packet.data.erase(packet.data.begin(), packet.data.begin() + sizeof(wire::Request));
-        write(connection, packet.data, packet.pid, &channel);
+    case wire::Action::write: {
+        Bytes data(request.number);
+        if (const int error = channel.fetch(request.argument, data.data(), data.size()); error != 0) {
+            channel.done(-1, error);
+            return true;
+        }
+        const IoResult result = write(connection, data, packet.pid);
+        channel.done(result.result, result.error);
         return true;
+    }
     }
     return false;
 }
 
-void DeviceServer::write(Connection &connection, const Bytes &data, int pid, const Channel *channel)
+IoResult DeviceServer::write(const Connection &connection, const Bytes &data, int pid)
 {
-    IoResult result{-1, EBADF, {}};
-    if ((connection.flags & O_ACCMODE) != O_RDONLY)
-        result = board_.write(connection.device, data, pid);
+    if ((connection.flags & O_ACCMODE) == O_RDONLY)
+        return {-1, EBADF, {}};
+    IoResult result = board_.write(connection.device, data, pid);
     if (result.result > 0 && static_cast<std::size_t>(result.result) <= data.size())
         sink_(connection.device, Bytes(data.begin(), data.begin() + result.result));
-    if (channel)
-        channel->done(result.result, result.error);
+    return result;
 }
 
 bool DeviceServer::idle()

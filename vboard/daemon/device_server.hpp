@@ -20,7 +20,7 @@ namespace vboard
 class DeviceServer
 {
   public:
-    // `console` gets every text that a device took from a write.
+    // Gets what a device took from a write.
     using WriteSink = std::function<void(const std::string &device, const Bytes &data)>;
 
     DeviceServer(Board &board, WriteSink sink);
@@ -49,7 +49,7 @@ class DeviceServer
     void serve(const std::shared_ptr<Connection> &connection);
     bool handle(Connection &connection, Packet packet);
     bool handle_request(Connection &connection, Packet packet, const wire::Request &request);
-    void write(Connection &connection, const Bytes &data, int pid, const Channel *channel);
+    IoResult write(const Connection &connection, const Bytes &data, int pid);
     bool idle();
 
     Board &board_;

@@ -6,17 +6,15 @@ namespace vboard::wire
 
 bool valid(const Request &request, std::size_t length)
 {
-    if (length < sizeof request || request.magic != magic || request.size > max_payload ||
-        length - sizeof request != request.size)
+    if (length != sizeof request || request.magic != magic || request.unused != 0)
         return false;
     switch (request.action) {
     case Action::open:
     case Action::ioctl:
-        return request.size == 0;
-    case Action::read:
-        return request.size == 0 && request.number <= max_payload;
-    case Action::write:
         return true;
+    case Action::read:
+    case Action::write:
+        return request.number <= max_payload;
     }
     return false;
 }
@@ -29,8 +27,9 @@ bool valid(const Answer &answer, std::size_t length)
     case Step::fetch:
         return length == sizeof answer;
     case Step::store:
-    case Step::done:
         return length - sizeof answer == answer.size;
+    case Step::done:
+        return length == sizeof answer && answer.size == 0;
     }
     return false;
 }

@@ -28,9 +28,9 @@ enum class Action : std::uint32_t { open = 1, ioctl = 2, read = 3, write = 4 };
 struct Request {
     std::uint32_t magic;
     Action action;
-    std::uint64_t argument; // ioctl: its third argument
-    std::uint32_t number;   // open: flags; ioctl: request number; read: count of bytes wanted
-    std::uint32_t size;     // bytes that follow: write only
+    std::uint64_t argument; // ioctl: its third argument; read, write: address of the buffer
+    std::uint32_t number;   // open: flags; ioctl: request number; read, write: count of bytes
+    std::uint32_t unused;   // 0
 };
 static_assert(sizeof(Request) == 24);
 
@@ -42,7 +42,7 @@ struct Answer {
     std::uint64_t address; // fetch, store: of the piece in the caller's memory
     std::int64_t result;   // done: as the libc function returns it
     std::int32_t error;    // done: errno with a result of -1
-    std::uint32_t size;    // fetch: bytes wanted; store, done: bytes that follow
+    std::uint32_t size;    // fetch: bytes wanted; store: bytes that follow
 };
 static_assert(sizeof(Answer) == 32);
 

@@ -56,14 +56,13 @@ ssize_t receive_packet(int fd, iovec *pieces, std::size_t count, int flags)
     }
 }
 
-bool send_request(int fd, const wire::Request &request, const void *payload, int channel)
+bool send_request(int fd, const wire::Request &request, int channel)
 {
-    iovec pieces[2] = {{const_cast<wire::Request *>(&request), sizeof request},
-                       {const_cast<void *>(payload), request.size}};
+    iovec piece{const_cast<wire::Request *>(&request), sizeof request};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof channel)] = {};
     msghdr message{};
-    message.msg_iov = pieces;
-    message.msg_iovlen = 2;
+    message.msg_iov = &piece;
+    message.msg_iovlen = 1;
     message.msg_control = control;
     message.msg_controllen = sizeof control;
     cmsghdr *rights = CMSG_FIRSTHDR(&message);
@@ -103,7 +102,7 @@ bool fetch(int channel, const wire::Answer &answer)
 bool take(int channel, const wire::Answer &head, void *target)
 {
     wire::Answer again;
-    const std::uint32_t payload = head.step == wire::Step::fetch ? 0 : head.size;
+    const std::uint32_t payload = head.step == wire::Step::store ? head.size : 0;
     iovec pieces[2] = {{&again, sizeof again}, {target, payload}};
     const ssize_t length = receive_packet(channel, pieces, payload ? 2 : 1, 0);
     // An emulator takes what fits when only a later piece is out of its program's memory.
@@ -112,7 +111,7 @@ bool take(int channel, const wire::Answer &head, void *target)
     return length >= 0 && static_cast<std::size_t>(length) == sizeof again + payload;
 }
 
-ssize_t follow(int channel, const Call &call)
+ssize_t follow(int channel)
 {
     bool fault = false;
     for (;;) {
@@ -121,26 +120,16 @@ ssize_t follow(int channel, const Call &call)
         const ssize_t length = receive_packet(channel, &piece, 1, MSG_PEEK | MSG_TRUNC);
         if (length < 0 || !wire::valid(head, static_cast<std::size_t>(length)))
             break;
-        if (head.step == wire::Step::fetch) {
-            if (!take(channel, head, nullptr) || !fetch(channel, head))
+        if (!take(channel, head, pointer(head.address))) {
+            if (errno != EFAULT)
                 break;
-        } else if (head.step == wire::Step::store) {
-            if (!take(channel, head, pointer(head.address))) {
-                if (errno != EFAULT)
-                    break;
-                fault = true;
-            }
-        } else {
-            const bool fits = call.action == wire::Action::read ? head.size <= call.size : head.size == 0;
-            if (!fits || !take(channel, head, call.data)) {
-                if (fits && errno == EFAULT)
-                    return -1;
-                break;
-            }
-            if (fault)
-                errno = EFAULT;
-            else if (head.result == -1)
-                errno = head.error;
+            fault = true;
+        }
+        if (head.step == wire::Step::fetch && !fetch(channel, head))
+            break;
+        if (head.step == wire::Step::done) {
+            if (fault || head.result == -1)
+                errno = fault ? EFAULT : head.error;
             return fault ? -1 : static_cast<ssize_t>(head.result);
         }
     }
@@ -193,8 +182,7 @@ int open_device(int directory, const char *path, int flags)
         errno = ENXIO;
         return -1;
     }
-    const Call hello{wire::Action::open, static_cast<std::uint32_t>(flags), 0, nullptr, 0};
-    if (call_device(fd, hello) < 0) {
+    if (call_device(fd, wire::Action::open, static_cast<std::uint32_t>(flags), 0) < 0) {
         close_quietly(fd);
         return -1;
     }
@@ -205,18 +193,16 @@ int open_device(int directory, const char *path, int flags)
     return fd;
 }
 
-ssize_t call_device(int fd, const Call &call)
+ssize_t call_device(int fd, wire::Action action, std::uint32_t number, std::uint64_t argument)
 {
     int pair[2];
     if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, pair) != 0)
         return -1;
-    const wire::Request request{wire::magic, call.action, call.argument, call.number,
-                                call.action == wire::Action::write ? call.size : 0};
-    const bool sent = send_request(fd, request, call.data, pair[1]);
-    if (!sent && errno != EFAULT)
-        errno = EIO;
+    const bool sent = send_request(fd, {wire::magic, action, argument, number, 0}, pair[1]);
     close_quietly(pair[1]);
-    const ssize_t result = sent ? follow(pair[0], call) : -1;
+    if (!sent)
+        errno = EIO;
+    const ssize_t result = sent ? follow(pair[0]) : -1;
     close_quietly(pair[0]);
     return result;
 }

@@ -17,15 +17,8 @@ bool is_device(int fd);
 // device.
 int open_device(int directory, const char *path, int flags);
 
-// A request on an open device and all that the board does to answer it. `data` is what is written, or room
-// for what is read. Result and errno as the libc function gives them.
-struct Call {
-    wire::Action action;
-    std::uint32_t number;
-    std::uint64_t argument;
-    void *data;
-    std::uint32_t size;
-};
-ssize_t call_device(int fd, const Call &call);
+// Makes a request on an open device and does all that the board asks for to answer it. `number` and
+// `argument` as in wire::Request. Result and errno as the libc function gives them.
+ssize_t call_device(int fd, wire::Action action, std::uint32_t number, std::uint64_t argument);
 
 } // namespace vboard::preload

@@ -3,6 +3,7 @@
 #include "preload/device.hpp"
 #include "preload/next.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -31,27 +32,28 @@ Next<ReadChk> next_read_chk{"__read_chk"};
 Next<Write> next_write{"write"};
 Next<Vector> next_readv{"readv"}, next_writev{"writev"};
 
-std::uint32_t piece(size_t count)
+// A long transfer comes back short, as it may from any device.
+ssize_t transfer(int fd, Action action, const void *buffer, size_t count)
 {
-    return count < vboard::wire::max_payload ? static_cast<std::uint32_t>(count) : vboard::wire::max_payload;
+    const auto size = static_cast<std::uint32_t>(std::min<size_t>(count, vboard::wire::max_payload));
+    return call_device(fd, action, size, reinterpret_cast<std::uintptr_t>(buffer));
 }
 
 ssize_t read_device(int fd, void *buffer, size_t count)
 {
-    return call_device(fd, {Action::read, piece(count), 0, buffer, piece(count)});
+    return transfer(fd, Action::read, buffer, count);
 }
 
-// A long write comes back short, as it may from any device.
 ssize_t write_device(int fd, const void *data, size_t count)
 {
-    return call_device(fd, {Action::write, 0, 0, const_cast<void *>(data), piece(count)});
+    return transfer(fd, Action::write, data, count);
 }
 
 int ioctl_device(int fd, unsigned long request, void *argument)
 {
     const auto number = static_cast<std::uint32_t>(request);
-    const auto address = reinterpret_cast<std::uintptr_t>(argument);
-    return static_cast<int>(call_device(fd, {Action::ioctl, number, address, nullptr, 0}));
+    return static_cast<int>(
+        call_device(fd, Action::ioctl, number, reinterpret_cast<std::uintptr_t>(argument)));
 }
 
 // The first piece that is not empty: a transfer may always be short.

@@ -87,20 +87,25 @@ TEST(JournalLine, ShowsWhatIsNoEvent)
 
 TEST(Wire, TakesOnlyWholePackets)
 {
-    const wire::Request write{wire::magic, wire::Action::write, 0, 0, 10};
-    EXPECT_TRUE(wire::valid(write, sizeof write + 10));
-    EXPECT_FALSE(wire::valid(write, sizeof write + 9));
-    EXPECT_FALSE(wire::valid(write, sizeof write + 11));
-    EXPECT_FALSE(wire::valid(write, 3));
-    const wire::Request read{wire::magic, wire::Action::read, 0, wire::max_payload + 1, 0};
-    EXPECT_FALSE(wire::valid(read, sizeof read));
-    const wire::Request wraps{wire::magic, wire::Action::write, 0, 0, 0xffffffff};
-    EXPECT_FALSE(wire::valid(wraps, sizeof wraps - 1));
+    const wire::Request write{wire::magic, wire::Action::write, 0, 10, 0};
+    EXPECT_TRUE(wire::valid(write, sizeof write));
+    EXPECT_FALSE(wire::valid(write, sizeof write + 1));
+    EXPECT_FALSE(wire::valid(write, sizeof write - 1));
+    for (const wire::Action action : {wire::Action::read, wire::Action::write}) {
+        EXPECT_TRUE(wire::valid({wire::magic, action, 0, wire::max_payload, 0}, sizeof write));
+        EXPECT_FALSE(wire::valid({wire::magic, action, 0, wire::max_payload + 1, 0}, sizeof write));
+    }
+    EXPECT_FALSE(wire::valid({wire::magic + 1, wire::Action::open, 0, 0, 0}, sizeof write));
+    EXPECT_FALSE(wire::valid({wire::magic, static_cast<wire::Action>(5), 0, 0, 0}, sizeof write));
     const wire::Answer store{wire::magic, wire::Step::store, 0, 0, 0, 4};
     EXPECT_TRUE(wire::valid(store, sizeof store + 4));
     EXPECT_FALSE(wire::valid(store, sizeof store));
     const wire::Answer fetch{wire::magic, wire::Step::fetch, 0, 0, 0, 4};
     EXPECT_TRUE(wire::valid(fetch, sizeof fetch));
+    const wire::Answer done{wire::magic, wire::Step::done, 0, 0, 0, 0};
+    EXPECT_TRUE(wire::valid(done, sizeof done));
+    EXPECT_FALSE(wire::valid(done, sizeof done + 1));
+    EXPECT_FALSE(wire::valid({wire::magic, wire::Step::store, 0, 0, 0, 0xffffffff}, sizeof done - 1));
     EXPECT_FALSE(wire::valid({wire::magic, static_cast<wire::Step>(9), 0, 0, 0, 0}, sizeof fetch));
     EXPECT_TRUE(wire::valid(wire::Fetched{0, 4}, sizeof(wire::Fetched) + 4, 4));
     EXPECT_FALSE(wire::valid(wire::Fetched{0, 5}, sizeof(wire::Fetched) + 5, 4));

@@ -64,9 +64,9 @@ void check_refused(int fd, int channel, const char *what)
     close(fd);
 }
 
-wire::Request request(wire::Action action, std::uint32_t number, std::uint32_t size)
+wire::Request request(wire::Action action, std::uint32_t number, std::uint32_t unused)
 {
-    return {wire::magic, action, 0, number, size};
+    return {wire::magic, action, 0, number, unused};
 }
 
 void hostile(int, char **)
@@ -83,7 +83,7 @@ void hostile(int, char **)
     check_refused(fd, send_raw(fd, &bad, sizeof bad, 1), "an unknown action");
     bad = request(wire::Action::open, 0, 1000);
     fd = connect_raw();
-    check_refused(fd, send_raw(fd, &bad, sizeof bad, 1), "a size that is not true");
+    check_refused(fd, send_raw(fd, &bad, sizeof bad, 1), "a field that is not zero");
     bad = request(wire::Action::ioctl, 3, 0);
     fd = connect_raw();
     check_refused(fd, send_raw(fd, &bad, sizeof bad, 1), "a request before the open");
