@@ -94,6 +94,7 @@ Ended run(const std::vector<std::string> &words, Output output)
     const Taken out;
     const Taken err;
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string &word : words)
         arguments.push_back(const_cast<char *>(word.c_str()));
     arguments.push_back(nullptr);

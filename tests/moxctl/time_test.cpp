@@ -2,6 +2,7 @@
 // moxctl time: run times, clock, footprint.
 #include "moxctl/session.hpp"
 
+#include <cstdio>
 #include <ctime>
 
 namespace test
@@ -14,6 +15,14 @@ using testing::ContainsRegex;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
+
+// A step of a footprint at that second.
+std::string step(int index)
+{
+    char text[64];
+    std::snprintf(text, sizeof text, "t%d_s=%d\nt%d_ms=0\nt%d_des=d\n", index, index, index, index);
+    return text;
+}
 
 class Time : public Session
 {
@@ -64,8 +73,7 @@ TEST_F(Time, No_more_steps_are_shown_than_asked_for)
 {
     std::string text;
     for (int i = 0; i < 20; ++i) {
-        const std::string key = "t" + std::to_string(i);
-        text += key + "_s=" + std::to_string(i) + "\n" + key + "_ms=0\n" + key + "_des=d\n";
+        text += step(i);
     }
     start_with_footprint(text);
     EXPECT_EQ(object({"time"}).at("footprint").size(), 16u);
