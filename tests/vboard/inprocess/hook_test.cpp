@@ -11,6 +11,7 @@
 #include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/time.h>
 #include <syslog.h>
 #include <thread>
@@ -161,9 +162,9 @@ TEST_P(Hook, SeesWhatACallIsAbout)
     EXPECT_EQ(seen[0].fd, fd);
     EXPECT_EQ(seen[0].size, 4u);
     int number = 0;
-    EXPECT_EQ(heard([&] { return call.ioctl(fd, 0x4711, &number); }), -1);
+    EXPECT_EQ(heard([&] { return call.ioctl(fd, FIONREAD, &number); }), -1);
     EXPECT_EQ(errno, ENOTTY);
-    EXPECT_EQ(seen[0].size, 0x4711u);
+    EXPECT_EQ(seen[0].size, static_cast<std::size_t>(FIONREAD));
     EXPECT_EQ(seen[0].data, &number);
     EXPECT_EQ(heard([&] { return call.close(fd); }), 0);
     EXPECT_EQ(seen[0].fd, fd);
