@@ -35,10 +35,19 @@ bool gives_pointer(const std::string &function)
     return function == "malloc" || function == "calloc" || function == "localtime_r";
 }
 
-std::optional<vboard::LibcAnswer> on_call(const vboard::LibcCall &call)
+// From the start of the program on, whether or not a test asks for it.
+[[maybe_unused]] const bool installed = [] {
+    state();
+    from_library(nullptr); // finds the library now, not in some thread's first call
+    vboard::set_libc_hook(on_any_call);
+    vboard::set_block_hook(on_any_block);
+    return true;
+}();
+
+} // namespace
+
+std::optional<vboard::LibcAnswer> on_library_call(const vboard::LibcCall &call)
 {
-    if (!from_library(call.caller))
-        return std::nullopt;
     State &all = state();
     {
         std::lock_guard lock(all.mutex);
@@ -53,23 +62,11 @@ std::optional<vboard::LibcAnswer> on_call(const vboard::LibcCall &call)
     return vboard::LibcAnswer{plan->result, plan->error};
 }
 
-void on_block(void *block, const void *caller)
+void on_library_block(void *block)
 {
-    if (block == nullptr || !from_library(caller))
-        return;
     std::lock_guard lock(state().mutex);
     state().blocks.insert(block);
 }
-
-// From the start of the program on, whether or not a test asks for it.
-[[maybe_unused]] const bool installed = [] {
-    state();
-    vboard::set_libc_hook(on_call);
-    vboard::set_block_hook(on_block);
-    return true;
-}();
-
-} // namespace
 
 void fail_libc(const std::string &function, int error, unsigned skip, unsigned times)
 {

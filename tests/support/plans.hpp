@@ -2,6 +2,8 @@
 // Planned results for calls that the library under test makes.
 #pragma once
 
+#include "support/from_library.hpp"
+
 #include <map>
 #include <mutex>
 #include <optional>
@@ -10,9 +12,6 @@
 
 namespace test
 {
-
-// Whether an address lies in the library under test.
-bool from_library(const void *caller);
 
 struct Plan {
     long result;
