@@ -101,7 +101,7 @@ fs::path state_directory(const std::string &option)
 {
     const fs::path directory = option.empty() ? default_state() : fs::path(option);
     std::error_code error;
-    const fs::path real = fs::canonical(directory, error);
+    fs::path real = fs::canonical(directory, error);
     if (error)
         throw std::runtime_error("there is no board in " + directory.string() + ": " + error.message());
     return real;

@@ -71,6 +71,7 @@ void shared(int, char **)
     const pid_t child = fork();
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int t = 0; t < 8; t++) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 100; i++) {
@@ -124,7 +125,7 @@ void console(int, char **)
     const int fd = open("/dev/ttyS0", O_RDWR | O_NOCTTY);
     check(write(fd, "by write\n", 9) == 9, "write");
     check(write(fd, "", 0) == 0, "empty write");
-    const std::string text(200 * 1024, 'x');
+    const std::string text(std::size_t{200} * 1024, 'x');
     std::size_t sent = 0;
     while (sent < text.size()) {
         const ssize_t length = write(fd, text.data() + sent, text.size() - sent);

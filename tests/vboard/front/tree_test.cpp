@@ -92,11 +92,11 @@ TEST(Tree, LeavesNoMountOutside)
 
 TEST(Tree, HasTheBoardsOwnPlaces)
 {
-    const Outcome outcome = call_vboard(
-        {"tree", "--", "sh", "-c",
-         "grep ' /opt/moxv8/SoftResetData ' /proc/mounts; cd /; ls -d opt/moxv8/var opt/moxv8bak; ls boot "
-         "bootbak tmp opt/moxv8bak | grep -v :; stat -c %a tmp; echo x > dev/null; head -c2 dev/zero | wc "
-         "-c"});
+    const std::string script =
+        "grep ' /opt/moxv8/SoftResetData ' /proc/mounts; cd /; ls -d opt/moxv8/var opt/moxv8bak;"
+        "ls boot bootbak tmp opt/moxv8bak | grep -v :; stat -c %a tmp; echo x > dev/null;"
+        "head -c2 dev/zero | wc -c";
+    const Outcome outcome = call_vboard({"tree", "--", "sh", "-c", script});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_TRUE(outcome.out.starts_with("/dev/pramdisk /opt/moxv8/SoftResetData tmpfs ")) << outcome.out;
     EXPECT_THAT(outcome.out, HasSubstr("opt/moxv8/var\nopt/moxv8bak\n\n\n\n1777\n2\n"));
@@ -105,11 +105,9 @@ TEST(Tree, HasTheBoardsOwnPlaces)
 TEST(Tree, KeepsItsFilesInTheState)
 {
     Directory state;
-    EXPECT_EQ(call_vboard({"tree", "--state", state.path(), "--", "sh", "-c",
-                           "echo 1 > /boot/a; echo 2 > /opt/moxv8/var/b; echo 3 > /tmp/c; echo 4 > "
-                           "/opt/moxv8/SoftResetData/d"})
-                  .status,
-              0);
+    const std::string script = "echo 1 > /boot/a; echo 2 > /opt/moxv8/var/b; echo 3 > /tmp/c;"
+                               "echo 4 > /opt/moxv8/SoftResetData/d";
+    EXPECT_EQ(call_vboard({"tree", "--state", state.path(), "--", "sh", "-c", script}).status, 0);
     EXPECT_EQ(content(state.path() / "tree/boot/a"), "1\n");
     EXPECT_EQ(content(state.path() / "tree/opt/moxv8/var/b"), "2\n");
     EXPECT_EQ(content(state.path() / "tree/tmp/c"), "3\n");

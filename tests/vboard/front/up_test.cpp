@@ -184,10 +184,11 @@ TEST(UpBoard, SeedsThePlatformsStores)
     Directory parent;
     std::ofstream(parent.path() / "mine.toml")
         << "name = \"mine\"\n[platform-env]\nfirst = \"1\"\n[memory-env]\nsecond = \"2\"\n";
-    const Outcome outcome = call_vboard(
-        {"run", "--board", parent.path() / "mine.toml", "--", "sh", "-c",
-         "tr '\\0' '\\n' < /opt/moxv8/var/platform.env; tr '\\0' '\\n' < /opt/moxv8/SoftResetData/.memenv; "
-         "test -n \"$MOXPLATFORM_TRACE\" && echo line > \"$MOXPLATFORM_TRACE\" && echo traced"});
+    const std::string script =
+        "tr '\\0' '\\n' < /opt/moxv8/var/platform.env; tr '\\0' '\\n' < /opt/moxv8/SoftResetData/.memenv;"
+        "test -n \"$MOXPLATFORM_TRACE\" && echo line > \"$MOXPLATFORM_TRACE\" && echo traced";
+    const Outcome outcome =
+        call_vboard({"run", "--board", parent.path() / "mine.toml", "--", "sh", "-c", script});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("first=1\n"));
     EXPECT_THAT(outcome.out, HasSubstr("second=2\n"));
