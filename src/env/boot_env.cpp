@@ -46,10 +46,17 @@ struct Request {
     }
 };
 
-int open_device()
+// Opens the device; says so with the given words when that fails. The words are each function's own.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+Descriptor open_device(const char *failure, int32_t level = DRVBOOT_LEVEL_INFO)
 {
-    return open(path, O_RDWR);
+    int fd = open(path, O_RDWR);
+    if (fd < 0)
+        drvboot_message(level, failure, path);
+    return Descriptor(fd);
 }
+#pragma GCC diagnostic pop
 
 // Sets a variable on an open device; the value lies in the request already.
 uint32_t write_variable(const Descriptor &device, Request &request, const char *name)
@@ -64,11 +71,9 @@ uint32_t drv_getenv(const char *name, char *value)
     if (name == nullptr || value == nullptr)
         return refused;
     Request request;
-    Descriptor device(open_device());
-    if (!device.valid()) {
-        drvboot_message(DRVBOOT_LEVEL_INFO, "\n\r [Getenv] Can't open file %s!\n", path);
+    Descriptor device = open_device("\n\r [Getenv] Can't open file %s!\n");
+    if (!device.valid())
         return refused;
-    }
     if (!Request::put(request.name, name))
         return refused;
     uint32_t result = request.send(device, DRVBOOT_ENV_READ);
@@ -86,11 +91,9 @@ uint32_t drv_getenv_s(const char *name, char *value, int32_t length)
     if (name == nullptr || value == nullptr)
         return refused;
     Request request;
-    Descriptor device(open_device());
-    if (!device.valid()) {
-        drvboot_message(DRVBOOT_LEVEL_INFO, "\n\r [Getenv_s] Can't open file %s!\n", path);
+    Descriptor device = open_device("\n\r [Getenv_s] Can't open file %s!\n");
+    if (!device.valid())
         return refused;
-    }
     if (!Request::put(request.name, name))
         return ok; // no variable can have such a name; callers rely on that being no error
     uint32_t result = request.send(device, DRVBOOT_ENV_READ);
@@ -109,11 +112,9 @@ uint32_t drv_setenv(const char *name, const char *value)
     if (name == nullptr || value == nullptr)
         return refused;
     Request request;
-    Descriptor device(open_device());
-    if (!device.valid()) {
-        drvboot_message(DRVBOOT_LEVEL_INFO, "\n\r [Setenv] Can't open file %s!\n", path);
+    Descriptor device = open_device("\n\r [Setenv] Can't open file %s!\n");
+    if (!device.valid())
         return refused;
-    }
     return Request::put(request.value, value) ? write_variable(device, request, name) : refused;
 }
 
@@ -126,11 +127,9 @@ uint32_t drv_setenv_s(const char *name, const char *value, int32_t length)
     if (name == nullptr || value == nullptr)
         return refused;
     Request request;
-    Descriptor device(open_device());
-    if (!device.valid()) {
-        drvboot_message(DRVBOOT_LEVEL_INFO, "\n\r [Setenv_s] Can't open file %s!\n", path);
+    Descriptor device = open_device("\n\r [Setenv_s] Can't open file %s!\n");
+    if (!device.valid())
         return refused;
-    }
     if (strncpy_s(request.value, sizeof request.value, value, longest) != 0)
         return refused;
     return write_variable(device, request, name);
@@ -141,21 +140,17 @@ uint32_t drv_clrenv(const char *name)
     if (name == nullptr)
         return refused;
     Request request;
-    Descriptor device(open_device());
-    if (!device.valid()) {
-        drvboot_message(DRVBOOT_LEVEL_INFO, "\n\r [Clrenv] Can't open file %s!\n", path);
+    Descriptor device = open_device("\n\r [Clrenv] Can't open file %s!\n");
+    if (!device.valid())
         return refused;
-    }
     return Request::put(request.name, name) ? request.send(device, DRVBOOT_ENV_DELETE) : refused;
 }
 
 uint32_t drv_saveenv(void)
 {
     Request request;
-    Descriptor device(open_device());
-    if (!device.valid()) {
-        drvboot_message(DRVBOOT_LEVEL_COPY, "\n\r [Saveenv] Can't open file %s!\n", path);
+    Descriptor device = open_device("\n\r [Saveenv] Can't open file %s!\n", DRVBOOT_LEVEL_COPY);
+    if (!device.valid())
         return refused;
-    }
     return request.send(device, DRVBOOT_ENV_SAVE);
 }

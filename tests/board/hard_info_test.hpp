@@ -20,6 +20,7 @@ class HardInfoTest : public BoardTest, public testing::WithParamInterface<Asker>
     {
         BoardTest::SetUp();
         std::memset(&info, 0xa5, sizeof info);
+        g_idebug_print_flag = 1; // as at load
         board.set_item(board0, 0x1000280e, 0x77778888);
         board.set_item(board0, 0x10002800, 0x00090011);
         board.set_item(board0, 0x10002200, 0x22002200);

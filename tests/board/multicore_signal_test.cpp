@@ -24,6 +24,14 @@ void second(std::uint32_t a, std::uint32_t b)
 
 class MulticoreSignalTest : public BoardTest
 {
+  protected:
+    void TearDown() override
+    {
+        MOX_RegMulticoreSigProc(nullptr);
+        first_got.clear();
+        second_got.clear();
+        BoardTest::TearDown();
+    }
 };
 
 TEST_F(MulticoreSignalTest, WithoutACallbackNothingHappensAndTheAnswerIsOne)

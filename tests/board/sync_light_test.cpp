@@ -4,6 +4,8 @@
 
 #include <moxboot/platform.h>
 
+#include <filesystem>
+
 namespace test
 {
 namespace
@@ -21,6 +23,11 @@ class SyncLightTest : public BoardTest, public testing::WithParamInterface<std::
     {
         BoardTest::SetUp();
         board.set_item(board0, flag_item, 0x77); // the driver takes only items that it has
+    }
+    void TearDown() override
+    {
+        std::filesystem::remove("/opt/moxv8/var/platform.env");
+        BoardTest::TearDown();
     }
     std::uint32_t set(std::uint32_t flag)
     {

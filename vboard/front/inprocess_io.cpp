@@ -52,6 +52,8 @@ ssize_t read_descriptor(int fd, void *buffer, std::size_t count, const void *cal
 
 } // namespace
 
+// Types and names cannot stand in parentheses.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define DEFINE_IOCTL(name)                                                                                   \
     int name(int fd, unsigned long request, ...) noexcept                                                    \
     {                                                                                                        \
@@ -79,6 +81,8 @@ ssize_t read_descriptor(int fd, void *buffer, std::size_t count, const void *cal
         return inprocess::unless_answered(on_descriptor("fstat", CALLER, fd, 0, output),                     \
                                           [=] { return NEXT(int(int, stat_type *), #name)(fd, output); });   \
     }
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 extern "C" {
 

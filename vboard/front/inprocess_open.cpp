@@ -51,11 +51,6 @@ int open_path(const char *path, int flags, mode_t mode, const void *caller, Next
     });
 }
 
-mode_t mode_of(int flags, va_list args)
-{
-    return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(args, mode_t) : 0;
-}
-
 template <typename Make>
 int copy_descriptor(const char *function, const void *caller, int fd, std::size_t number, Make make)
 {
@@ -91,12 +86,13 @@ int fcntl_descriptor(int fd, int command, void *argument, const void *caller, Ne
         return NEXT(type, name)(__VA_ARGS__ path_, flags_, mode_);                                           \
     }
 
+// Without a mode some number is taken for one; the kernel looks at it only where a mode was given.
 #define DEFINE_OPEN(name)                                                                                    \
     int name(const char *path, int flags, ...)                                                               \
     {                                                                                                        \
         va_list args;                                                                                        \
         va_start(args, flags);                                                                               \
-        const mode_t mode = mode_of(flags, args);                                                            \
+        const mode_t mode = va_arg(args, mode_t);                                                            \
         va_end(args);                                                                                        \
         return open_path(path, flags, mode, CALLER, NEXT_OPEN(int(const char *, int, ...), #name));          \
     }
@@ -106,7 +102,7 @@ int fcntl_descriptor(int fd, int command, void *argument, const void *caller, Ne
     {                                                                                                        \
         va_list args;                                                                                        \
         va_start(args, flags);                                                                               \
-        const mode_t mode = mode_of(flags, args);                                                            \
+        const mode_t mode = va_arg(args, mode_t);                                                            \
         va_end(args);                                                                                        \
         return open_path(path, flags, mode, CALLER,                                                          \
                          NEXT_OPEN(int(int, const char *, int, ...), #name, directory, ));                   \

@@ -43,6 +43,8 @@ std::uint64_t microseconds(const void *timeout, std::uint64_t parts_per_microsec
 
 #define WEAK __attribute__((weak))
 
+// Types and names cannot stand in parentheses.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define DEFINE_SELECT(name, word)                                                                            \
     WEAK int name(int count, fd_set *readable, fd_set *writable, fd_set *exceptional, timeval *timeout)      \
     {                                                                                                        \
@@ -83,6 +85,8 @@ std::uint64_t microseconds(const void *timeout, std::uint64_t parts_per_microsec
             return NEXT(tm * (const type *, tm *), #name)(when, output);                                     \
         });                                                                                                  \
     }
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 extern "C" {
 

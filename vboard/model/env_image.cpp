@@ -23,7 +23,7 @@ namespace
 
 using Variables = std::map<std::string, std::string>;
 
-constexpr std::size_t copy_size = 16 * 1024;
+constexpr std::size_t copy_size = 0x4000;
 constexpr std::size_t copy_header = 5; // checksum and flag byte
 
 [[noreturn]] void fail(const std::string &what, const std::string &path, int error)
@@ -40,7 +40,7 @@ class Image
         uboot_env_device copies[2] = {};
         for (std::size_t i = 0; i < 2; ++i) {
             copies[i].devname = path.data();
-            copies[i].offset = static_cast<long long>(i * copy_size);
+            copies[i].offset = static_cast<long long>(i) * static_cast<long long>(copy_size);
             copies[i].envsize = copy_size;
         }
         if (libuboot_initialize(&context_, copies) != 0)

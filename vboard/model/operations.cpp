@@ -16,7 +16,7 @@ namespace vboard
 namespace
 {
 
-constexpr std::size_t kept_console = 64 * 1024;
+constexpr std::size_t kept_console = 0x10000;
 
 const char *environment_request(std::uint32_t request)
 {

@@ -50,7 +50,7 @@ fs::path find_profile(const std::string &name, std::span<const fs::path> directo
     }
     std::string known;
     for (const fs::path &directory : directories) {
-        if (const fs::path file = directory / (name + ".toml"); !name.empty() && fs::is_regular_file(file))
+        if (fs::path file = directory / (name + ".toml"); !name.empty() && fs::is_regular_file(file))
             return file;
         for (const std::string &other : list_profiles(directory))
             known += (known.empty() ? "" : ", ") + other;

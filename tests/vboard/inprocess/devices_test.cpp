@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
@@ -58,8 +59,9 @@ std::vector<int> descriptors()
     std::vector<int> open_now;
     DIR *directory = opendir("/proc/self/fd");
     while (const dirent *entry = readdir(directory))
-        if (entry->d_name[0] != '.' && std::atoi(entry->d_name) != dirfd(directory))
-            open_now.push_back(std::atoi(entry->d_name));
+        if (const long fd = std::strtol(entry->d_name, nullptr, 10);
+            entry->d_name[0] != '.' && fd != dirfd(directory))
+            open_now.push_back(static_cast<int>(fd));
     closedir(directory);
     std::ranges::sort(open_now);
     return open_now;
@@ -314,6 +316,7 @@ TEST_P(Devices, OtherFilesAreLeftAlone)
 TEST_P(Devices, ManyDescriptorsAtOnce)
 {
     std::vector<int> open_now;
+    open_now.reserve(100);
     for (int i = 0; i < 100; ++i)
         open_now.push_back(call.open(("/dev/slot" + std::to_string(i % 32 + 1)).c_str(), O_RDONLY));
     EXPECT_EQ(board.open_files(), 100u);

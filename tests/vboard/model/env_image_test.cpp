@@ -18,7 +18,7 @@ using Variables = std::map<std::string, std::string>;
 namespace
 {
 
-constexpr std::size_t copy_size = 16 * 1024;
+constexpr std::size_t copy_size = 0x4000;
 
 class EnvImage : public testing::Test
 {
