@@ -15,7 +15,7 @@ build() {
   log=build/$preset.log
   mkdir -p build
   say "building $preset"
-  if ! { { [ -e "build/$preset/build.ninja" ] || cmake --preset "$preset"; } &&
+  if ! { { { [ -e "build/$preset/build.ninja" ] && [ -e "build/$preset/CMakeCache.txt" ]; } || cmake --preset "$preset"; } &&
          cmake --build "build/$preset" -j "$jobs" ${1:+-t "$@"}; } >"$log" 2>&1; then
     tail -n 60 "$log" >&2
     die "the $preset build failed; the whole log is in $log"
