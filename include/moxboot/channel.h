@@ -39,8 +39,7 @@ extern MOXBOOT_API uint32_t g_idebug_print_flag;
 
 /**
  * Puts one line into the system log (facility daemon, priority info, identity "init"), on standard output
- * behind
- * "[boot_info]" and, when bit value 2 of @p level is set, on standard error.
+ * behind "[boot_info]" and, when bit value 2 of @p level is set, on standard error.
  *
  * The log is opened and closed for every line; as libc keeps one log for the whole process, a line that meets
  * another thread's closing goes out under the program's name instead of "init". A text of at most 126
