@@ -2,7 +2,8 @@
 /**
  * @file driver.h
  * The wire formats of the board's kernel driver: what goes through ioctl() on "/dev/board0", "/dev/chassis0",
- * "/dev/slot1" to "/dev/slot32" and "/dev/envinfo0". All words have the byte order of the machine.
+ * "/dev/slot1" to "/dev/slot32" and "/dev/envinfo0", and through write() on "/proc/wdt". All words have the
+ * byte order of the machine.
  *
  * The library, the platform stand-ins and the virtual board share this file; it declares no function.
  */
@@ -75,5 +76,62 @@ MOXBOOT_STATIC_ASSERT(sizeof(DrvbootEnvBlock) == 24, "DrvbootEnvBlock is a wire 
 MOXBOOT_STATIC_ASSERT(offsetof(DrvbootEnvBlock, value) == 8, "DrvbootEnvBlock is a wire format");
 MOXBOOT_STATIC_ASSERT(offsetof(DrvbootEnvBlock, name_size) == 16, "DrvbootEnvBlock is a wire format");
 MOXBOOT_STATIC_ASSERT(offsetof(DrvbootEnvBlock, value_size) == 20, "DrvbootEnvBlock is a wire format");
+
+/** Notice of a reset, ioctl request number on "/dev/board0": the driver keeps reason and date over the reset.
+ */
+#define DRVBOOT_CMD_SELF_RESET 1u
+/** Type of the outer TLV of a self-reset request and of its reply. */
+#define DRVBOOT_TLV_SELF_RESET 0x1000003u
+/** First TLV inside a self-reset request; it has no value. */
+#define DRVBOOT_TLV_SELF_RESET_ITEM 0x8000004u
+/** TLV with the reset reason, 4 bytes. */
+#define DRVBOOT_TLV_RESET_REASON 0x10002206u
+/** TLV with the reset date: the 7 bytes of a MoxResetDate and 5 zero bytes. */
+#define DRVBOOT_TLV_RESET_DATE 0x10002207u
+#define DRVBOOT_RESET_DATE_LENGTH 12u
+/** Item: the reset mode record, 8 bytes that the library hands on as they are. */
+#define DRVBOOT_ITEM_RESET_MODE_RECORD 0x10002208u
+/** Item: the reset reason record, a MoxResetReason. */
+#define DRVBOOT_ITEM_RESET_REASON_RECORD 0x10002209u
+
+/** When the board went down, by the caller's clock. Only the first MOX_RESET_DATE_SIZE bytes are meaningful.
+ */
+typedef struct MoxResetDate {
+    uint16_t year;
+    uint8_t month; /**< 1 to 12 */
+    uint8_t day;
+    uint8_t hour;
+    uint8_t minute;
+    uint8_t second;
+} MoxResetDate;
+#define MOX_RESET_DATE_SIZE 7u
+MOXBOOT_STATIC_ASSERT(offsetof(MoxResetDate, second) == MOX_RESET_DATE_SIZE - 1,
+                      "MoxResetDate is a wire format");
+
+/** Why and when the board went down last, as the driver keeps it. */
+typedef struct MoxResetReason {
+    uint32_t code; /**< 0: no reason is recorded */
+    uint16_t year;
+    uint8_t month; /**< 1 to 12 */
+    uint8_t day;
+    uint8_t hour;
+    uint8_t minute;
+    uint8_t second;
+    uint8_t reserved;
+} MoxResetReason;
+MOXBOOT_STATIC_ASSERT(sizeof(MoxResetReason) == 12, "MoxResetReason is a wire format");
+MOXBOOT_STATIC_ASSERT(offsetof(MoxResetReason, second) == 10, "MoxResetReason is a wire format");
+
+/** Commands of the kernel's watchdog service, each one write() of a DrvbootWdtCommand to "/proc/wdt". */
+#define DRVBOOT_WDT_SET_THRESHOLD 4u
+#define DRVBOOT_WDT_STOP_KERNEL_FEEDER 8u
+#define DRVBOOT_WDT_CLEAR 9u
+
+/** One command of the watchdog service. */
+typedef struct DrvbootWdtCommand {
+    uint32_t command;
+    uint32_t value;
+} DrvbootWdtCommand;
+MOXBOOT_STATIC_ASSERT(sizeof(DrvbootWdtCommand) == 8, "DrvbootWdtCommand is a wire format");
 
 #endif

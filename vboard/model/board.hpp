@@ -21,7 +21,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 // ---- planned faults --------------------------------------------------------------------------------------
 
-enum class Op { open, ioctl, read, write };
+enum class Op { open, ioctl, read, write, reset };
 
 // A fault bites on an operation that matches every field given. It lets `skip` matching operations pass, then
 // bites `times` times (0: for ever). What it does is the sum of the effects given.
@@ -48,8 +48,8 @@ struct Fault {
 
 // ---- journal ---------------------------------------------------------------------------------------------
 
-// One operation on a device, decoded. Kept in order; also appended to the journal file of the board's
-// directory.
+// One operation on a device, or one reset, decoded. Kept in order; also appended to the journal file of the
+// board's directory.
 struct Event {
     std::uint64_t number = 0; // counts from 1
     double time = 0;          // seconds since the epoch
@@ -122,6 +122,22 @@ struct Profile {
     std::map<std::string, std::string> platform_env; // the platform environment's variables
     std::map<std::string, std::string> memory_env;   // the memory environment's variables
     std::string footprint;                           // text of the start-up footprint
+    unsigned watchdog_period_ms = 1000;              // length of one watchdog period
+    std::uint32_t watchdog_threshold = 10;           // periods without a feed that a reset takes, at first
+    Bytes mcu_die_id;                                // at most 32 bytes
+};
+
+// ---- reset and watchdog ----------------------------------------------------------------------------------
+
+// What takes a board down. The driver's items and its reset records live through all but a power cut; unsaved
+// boot variables and the watchdog's state through none.
+enum class Reset { soft, cold, watchdog, power_cut };
+
+struct Watchdog {
+    bool enabled = false;        // nothing bites while it is off
+    bool kernel_feeder = true;   // the kernel clears the counter in each period
+    std::uint32_t threshold = 0; // the board is reset when the counter gets there
+    std::uint32_t counter = 0;   // periods since the last feed
 };
 
 // ---- the board -------------------------------------------------------------------------------------------
@@ -153,7 +169,20 @@ class Board
     void on_event(std::function<void(const Event &)> sink);
     std::string console() const;      // the latest 64 KiB that were written to the console
     std::uint64_t open_files() const; // opened and not closed yet, over all devices
-    void reset();                     // what a reset does: unsaved boot variables are lost
+
+    // Takes the board down and up again: what the running driver held is lost, what it kept for the next
+    // start can be read, and the journal goes on with a line that says what happened. Programs and files are
+    // the caller's business.
+    void reset(Reset kind);
+    // The kind of reset that the board's own reboot command leads to: soft where the board can do one.
+    Reset reboot_kind() const;
+    // Lets one watchdog period pass. True: the watchdog bites now; the caller then resets the board.
+    bool watchdog_tick();
+    Watchdog watchdog() const;
+    // What the driver hands out as the record of the last reset; set_reset_record() is for tests and for
+    // the vboard command.
+    Bytes reset_record(std::uint32_t item) const; // DRVBOOT_ITEM_RESET_..._RECORD
+    void set_reset_record(std::uint32_t item, Bytes record);
 
     // From a program, through a front end.
     bool serves(const std::string &device) const;            // a path of this board's driver
