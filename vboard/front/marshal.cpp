@@ -159,6 +159,7 @@ IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t req
     call.pid = pid;
     switch (request_kind(device, request)) {
     case RequestKind::items:
+    case RequestKind::self_reset:
         return run_item(board, call, argument, memory);
     case RequestKind::environment:
         return run_environment(board, call, argument, memory);

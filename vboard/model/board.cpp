@@ -2,10 +2,11 @@
 // The board as it is seen from outside: by a test, or by the vboard command.
 #include "model/board.hpp"
 
-#include "model/items.hpp"
 #include "model/request_kind.hpp"
 #include "model/state.hpp"
 #include "model/tlv.hpp"
+
+#include <moxboot/driver.h>
 
 #include <chrono>
 #include <thread>
@@ -55,10 +56,10 @@ void Journal::on_event(std::function<void(const Event &)> sink)
 Board::State::State(Profile profile_, std::shared_ptr<EnvStore> store_)
     : profile(std::move(profile_)), store(std::move(store_)), saved(profile.boot_env)
 {
-    for (const auto &[device, values] : profile.items)
-        for (const auto &[code, value] : values)
-            items[device][code] = bytes_of(value);
-    items["/dev/board0"][item_code::address] = Bytes(profile.address.begin(), profile.address.end());
+    power_on();
+    if (!profile.reset_reason_record.empty())
+        items[std::string(board_device)][DRVBOOT_ITEM_RESET_REASON_RECORD] = profile.reset_reason_record;
+    start_watchdog();
     load_env();
 }
 
@@ -69,8 +70,9 @@ void Board::State::load_env()
 
 bool Board::State::serves(const std::string &device) const
 {
-    return device == "/dev/board0" || device == "/dev/chassis0" || device == environment_device ||
-           device == console_device || slot_number(device) != 0 || profile.items.contains(device);
+    return device == board_device || device == "/dev/chassis0" || device == environment_device ||
+           device == console_device || device == watchdog_device || slot_number(device) != 0 ||
+           profile.items.contains(device);
 }
 
 std::optional<Fault> Board::State::begin(const Operation &operation)
@@ -104,6 +106,7 @@ void Board::set_item(const std::string &device, std::uint32_t item, std::uint32_
     // An item of more than a word (the hardware address) keeps what lies behind its first word.
     bytes.resize(std::max(bytes.size(), sizeof value));
     std::memcpy(bytes.data(), &value, sizeof value);
+    state_->item_was_set(device, item);
 }
 
 void Board::remove_item(const std::string &device, std::uint32_t item)
@@ -182,12 +185,6 @@ std::uint64_t Board::open_files() const
 {
     const std::lock_guard lock(state_->mutex);
     return state_->open_files;
-}
-
-void Board::reset()
-{
-    const std::lock_guard lock(state_->mutex);
-    state_->load_env();
 }
 
 bool Board::serves(const std::string &device) const

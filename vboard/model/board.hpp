@@ -57,11 +57,13 @@ struct Event {
     Op op = Op::open;
     std::string device;
     std::uint32_t request = 0; // ioctl request number
-    std::string what; // "get", "set", "hard info", "env read", "env write", "env save", ... ; "unknown"
+    std::string what; // "get", "set", "hard info", "env read", "env write", "env save", "self reset", ... ;
+                      // "unknown"; of a write "wdt clear", ...; of a reset "cold reset", ...
     std::vector<std::uint32_t> items;    // item codes asked, in order
     std::optional<std::uint32_t> sent;   // 32-bit value of a set
     std::optional<std::uint32_t> answer; // 32-bit value of the reply
-    std::string name, value;             // boot variable; value also holds the text of a console write
+    std::string name, value;             // boot variable; value also holds the text of a console write and
+                                         // the date of a reset notice
     std::int64_t result = 0;             // what the caller's libc function returned
     int error = 0;                       // errno with a result of -1
     std::optional<std::uint32_t> code;   // the driver's return code of an item reply
@@ -124,7 +126,8 @@ struct Profile {
     std::string footprint;                           // text of the start-up footprint
     unsigned watchdog_period_ms = 1000;              // length of one watchdog period
     std::uint32_t watchdog_threshold = 10;           // periods without a feed that a reset takes, at first
-    Bytes mcu_die_id;                                // at most 32 bytes
+    Bytes mcu_die_id;                                // at most 32 bytes; empty: the board has no such item
+    Bytes reset_reason_record;                       // of a new board; empty: no reason is recorded
 };
 
 // ---- reset and watchdog ----------------------------------------------------------------------------------

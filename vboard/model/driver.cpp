@@ -54,12 +54,25 @@ IoctlReply Board::State::answer_items(const IoctlCall &call, const std::vector<I
     std::vector<ItemValue> answers;
     for (const ItemValue &item : asked) {
         const auto found = values.find(item.code);
-        if (set && code == 0 && found != values.end())
+        if (set && code == 0 && found != values.end()) {
             assign(found->second, item.value);
+            item_was_set(call.device, item.code);
+        }
         answers.push_back({item.code, found == values.end() ? bytes_of(0) : found->second});
     }
     IoctlReply reply;
     reply.out = encode_reply(code, answers);
+    reply.status = code;
+    return reply;
+}
+
+IoctlReply Board::State::answer_notice(const ResetNotice &given, std::optional<std::uint32_t> forced_code)
+{
+    const std::uint32_t code = forced_code.value_or(0);
+    if (code == 0)
+        notice = given;
+    IoctlReply reply;
+    reply.out = encode_reply(code, {}, DRVBOOT_TLV_SELF_RESET);
     reply.status = code;
     return reply;
 }

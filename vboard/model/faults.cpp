@@ -100,7 +100,7 @@ constexpr std::array<Field, 15> fields{{
     {"op",
      [](Fault &fault, const std::string &name, const json &value) {
          const auto op = op_by_name(text(name, value));
-         if (!op)
+         if (!op || *op == Op::reset)
              wrong("\"op\" must be open, ioctl, read or write");
          fault.op = *op;
      }},

@@ -3,8 +3,6 @@
 
 #include "model/tlv.hpp"
 
-#include <moxboot/driver.h>
-
 namespace vboard
 {
 
@@ -15,7 +13,7 @@ constexpr std::size_t outer_header = 8; // type and length, which the length doe
 
 } // namespace
 
-std::optional<std::vector<ItemValue>> decode_request(const Bytes &in)
+std::optional<std::vector<ItemValue>> decode_request(const Bytes &in, std::uint32_t outer_type)
 {
     Reader buffer(in);
     const std::uint32_t type = buffer.word();
@@ -27,15 +25,15 @@ std::optional<std::vector<ItemValue>> decode_request(const Bytes &in)
         item.value = inner.bytes(inner.word());
         items.push_back(std::move(item));
     }
-    if (!inner.ok() || type != DRVBOOT_TLV_L1_TYPE || items.empty())
+    if (!inner.ok() || type != outer_type || items.empty())
         return std::nullopt;
     return items;
 }
 
-Bytes encode_reply(std::uint32_t code, const std::vector<ItemValue> &items)
+Bytes encode_reply(std::uint32_t code, const std::vector<ItemValue> &items, std::uint32_t outer_type)
 {
     Writer reply;
-    reply.word(DRVBOOT_TLV_L1_TYPE);
+    reply.word(outer_type);
     reply.word(0); // known at the end
     reply.word(DRVBOOT_TLV_RET_TYPE);
     reply.word(DRVBOOT_TLV_RET_LENGTH);

@@ -4,6 +4,8 @@
 
 #include "model/board.hpp"
 
+#include <moxboot/driver.h>
+
 namespace vboard
 {
 
@@ -16,11 +18,13 @@ struct ItemValue {
 constexpr std::size_t reply_code_at = 16;
 constexpr std::size_t reply_value_at = 28;
 
-// The items of a request's input buffer, one at least; nullopt when it is malformed. Bytes behind the outer
-// TLV do not matter: callers send whole buffers.
-std::optional<std::vector<ItemValue>> decode_request(const Bytes &in);
+// The TLVs inside an outer one of the given type, one at least; nullopt when the buffer is malformed. Bytes
+// behind the outer TLV do not matter: callers send whole buffers.
+std::optional<std::vector<ItemValue>> decode_request(const Bytes &in,
+                                                     std::uint32_t outer_type = DRVBOOT_TLV_L1_TYPE);
 
-Bytes encode_reply(std::uint32_t code, const std::vector<ItemValue> &items);
+Bytes encode_reply(std::uint32_t code, const std::vector<ItemValue> &items,
+                   std::uint32_t outer_type = DRVBOOT_TLV_L1_TYPE);
 
 // The word at byte `at` of a reply, if it reaches that far.
 std::optional<std::uint32_t> reply_word(const Bytes &reply, std::size_t at);

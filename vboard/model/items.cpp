@@ -47,6 +47,8 @@ constexpr ItemName names[] = {
     {board, 0x1000474b, "backup state"},
     {board, 0x1100aaaa, "soft reset supported"},
     {board, 0x1100aaab, "pre-reset reason"},
+    {board, item_code::mcu_status, "mcu status"},
+    {board, item_code::mcu_die_id, "mcu die id"},
     {chassis, 0x8000001, "hard type"},
     {chassis, 0x8000003, "chassis id"},
     {chassis, 0x10002400, "pcb version"},

@@ -2,6 +2,8 @@
 // The driver's items and what people call them.
 #pragma once
 
+#include "platform/mcu.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -17,6 +19,11 @@ constexpr std::uint32_t slot = 0x10002800;
 constexpr std::uint32_t address = 0x1000280f; // six bytes
 constexpr std::uint32_t present = 0x10002202;
 constexpr std::uint32_t logic_id = 0x10002636;
+constexpr std::uint32_t watchdog_enable = 0x10002808;
+constexpr std::uint32_t watchdog_clear = 0x1000280a;
+constexpr std::uint32_t soft_reset_supported = 0x1100aaaa;
+constexpr std::uint32_t mcu_status = platform::item_mcu_status;
+constexpr std::uint32_t mcu_die_id = platform::item_mcu_die_id; // as many bytes as the id has
 } // namespace item_code
 
 struct ItemName {

@@ -12,7 +12,7 @@ using nlohmann::json;
 namespace
 {
 
-constexpr std::array<std::string_view, 4> op_names{"open", "ioctl", "read", "write"};
+constexpr std::array<std::string_view, 5> op_names{"open", "ioctl", "read", "write", "reset"};
 
 template <class Value>
 void put(json &object, const char *name, const std::optional<Value> &value)
@@ -54,10 +54,10 @@ json to_json(const Event &event)
 {
     json object = {{"number", event.number},  {"time", event.time},     {"pid", event.pid},
                    {"op", op_name(event.op)}, {"device", event.device}, {"result", event.result}};
-    if (event.op == Op::ioctl) {
+    if (event.op == Op::ioctl)
         object["request"] = event.request;
+    if (!event.what.empty())
         object["what"] = event.what;
-    }
     if (!event.items.empty())
         object["items"] = event.items;
     put(object, "sent", event.sent);

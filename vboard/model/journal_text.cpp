@@ -3,6 +3,8 @@
 #include "model/items.hpp"
 #include "model/journal.hpp"
 
+#include <moxboot/driver.h>
+
 #include <cstdio>
 
 namespace vboard
@@ -62,6 +64,10 @@ std::string items(const Event &event)
 // What was asked, without the outcome.
 std::string question(const Event &event)
 {
+    if (event.op == Op::reset)
+        return event.what + (event.sent ? ", reason " + number(*event.sent) : "");
+    if (event.op == Op::write && !event.what.empty())
+        return event.what + " " + event.device + (event.sent ? " = " + number(*event.sent) : "");
     if (event.op == Op::write)
         return "write " + event.device + (event.value.empty() ? "" : " " + quoted(event.value));
     if (event.op != Op::ioctl)
@@ -74,6 +80,8 @@ std::string question(const Event &event)
             text += " " + event.name;
         return event.what == "env write" ? text + " = " + quoted(event.value) : text;
     }
+    if (event.what == "self reset" && event.sent)
+        return event.what + " " + event.device + " reason " + number(*event.sent) + ", " + event.value;
     std::string text = event.what + " " + event.device + items(event);
     return event.sent ? text + " = " + number(*event.sent) : text;
 }
@@ -84,6 +92,9 @@ std::string outcome(const Event &event)
         return event.error != 0 ? " -> " + errno_name(event.error) : " -> result -1";
     if (event.op == Op::ioctl && event.result != 0)
         return " -> result " + std::to_string(event.result);
+    if (event.op == Op::write && event.what.starts_with("wdt ") &&
+        event.result == std::int64_t{sizeof(DrvbootWdtCommand)})
+        return ""; // a command says what happened; that it was written whole is a matter of course
     if (event.op == Op::read || event.op == Op::write)
         return " -> " + std::to_string(event.result) + (event.result == 1 ? " byte" : " bytes");
     if (event.code && *event.code != 0)

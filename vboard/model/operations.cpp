@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Operations of a program on a device: planned faults, the driver's work, and the journal around both.
+// Opening a device and asking it: planned faults, the driver's work, and the journal around both.
 #include "model/item_request.hpp"
 #include "model/request_kind.hpp"
 #include "model/state.hpp"
@@ -16,8 +16,6 @@ namespace vboard
 namespace
 {
 
-constexpr std::size_t kept_console = 0x10000;
-
 const char *environment_request(std::uint32_t request)
 {
     switch (request) {
@@ -32,23 +30,41 @@ const char *environment_request(std::uint32_t request)
     }
 }
 
-Event start_event(Op op, const std::string &device, int pid)
-{
-    Event event;
-    event.pid = pid;
-    event.op = op;
-    event.device = device;
-    return event;
-}
-
 std::string text_or_all(const Bytes &buffer)
 {
     return text_in(buffer).value_or(std::string(buffer.begin(), buffer.end()));
 }
 
-// What the request asks, for the journal and for the matching of faults.
-void describe(Event &event, const IoctlCall &call, RequestKind kind,
-              const std::optional<std::vector<ItemValue>> &asked)
+// What a request asks, as far as it is in order.
+struct Asked {
+    std::optional<std::vector<ItemValue>> items;
+    std::optional<ResetNotice> notice;
+};
+
+Asked decode(const IoctlCall &call, RequestKind kind)
+{
+    Asked asked;
+    if (call.memory_error != 0)
+        return asked;
+    if (kind == RequestKind::items)
+        asked.items = decode_request(call.in);
+    if (kind == RequestKind::self_reset)
+        asked.notice = decode_notice(call.in);
+    return asked;
+}
+
+void describe_items(Event &event, const std::vector<ItemValue> &items)
+{
+    for (const ItemValue &item : items)
+        event.items.push_back(item.code);
+    if (event.request == DRVBOOT_CMD_SET)
+        event.sent = word_of(items.front().value);
+    else if (items.size() > 1)
+        event.what = "hard info";
+}
+
+// For the journal and for the matching of faults.
+void describe(Event &event, const IoctlCall &call, RequestKind kind, const Asked &asked)
 {
     event.request = call.request;
     event.what = "unknown";
@@ -59,16 +75,16 @@ void describe(Event &event, const IoctlCall &call, RequestKind kind,
         if (call.request == DRVBOOT_ENV_WRITE)
             event.value = text_or_all(call.value);
     }
-    if (kind == RequestKind::items) {
+    if (kind == RequestKind::items)
         event.what = call.request == DRVBOOT_CMD_SET ? "set" : "get";
-        if (!asked)
-            return;
-        for (const ItemValue &item : *asked)
-            event.items.push_back(item.code);
-        if (call.request == DRVBOOT_CMD_SET)
-            event.sent = word_of(asked->front().value);
-        else if (asked->size() > 1)
-            event.what = "hard info";
+    if (asked.items)
+        describe_items(event, *asked.items);
+    if (kind == RequestKind::self_reset)
+        event.what = "self reset";
+    if (asked.notice) {
+        event.items = {DRVBOOT_TLV_RESET_REASON, DRVBOOT_TLV_RESET_DATE};
+        event.sent = asked.notice->reason;
+        event.value = date_text(asked.notice->date);
     }
 }
 
@@ -111,7 +127,7 @@ void note_reply(Event &event, const IoctlReply &reply, RequestKind kind)
 {
     event.result = reply.result;
     event.error = reply.result == -1 ? reply.error : 0;
-    if (kind == RequestKind::items) {
+    if (kind == RequestKind::items || kind == RequestKind::self_reset) {
         event.code = reply_word(reply.out, reply_code_at);
         if (event.what == "get" && event.code == 0u && reply.result == 0)
             event.answer = reply_word(reply.out, reply_value_at);
@@ -121,6 +137,15 @@ void note_reply(Event &event, const IoctlReply &reply, RequestKind kind)
 }
 
 } // namespace
+
+Event start_event(Op op, const std::string &device, int pid)
+{
+    Event event;
+    event.pid = pid;
+    event.op = op;
+    event.device = device;
+    return event;
+}
 
 int Board::open(const std::string &device, int /*flags*/, int pid)
 {
@@ -143,9 +168,7 @@ int Board::open(const std::string &device, int /*flags*/, int pid)
 IoctlReply Board::ioctl(const IoctlCall &call)
 {
     const RequestKind kind = request_kind(call.device, call.request);
-    std::optional<std::vector<ItemValue>> asked;
-    if (kind == RequestKind::items && call.memory_error == 0)
-        asked = decode_request(call.in);
+    const Asked asked = decode(call, kind);
     Event event = start_event(Op::ioctl, call.device, call.pid);
     describe(event, call, kind, asked);
 
@@ -164,8 +187,10 @@ IoctlReply Board::ioctl(const IoctlCall &call)
             reply = failed(call.memory_error);
         else if (kind == RequestKind::environment)
             reply = state_->answer_environment(call);
-        else if (asked)
-            reply = state_->answer_items(call, *asked, fault ? fault->code : std::nullopt);
+        else if (asked.items)
+            reply = state_->answer_items(call, *asked.items, fault ? fault->code : std::nullopt);
+        else if (asked.notice)
+            reply = state_->answer_notice(*asked.notice, fault ? fault->code : std::nullopt);
         else
             reply = failed(EINVAL);
         if (fault)
@@ -175,54 +200,6 @@ IoctlReply Board::ioctl(const IoctlCall &call)
     note_reply(event, reply, kind);
     state_->journal.record(std::move(event), std::move(lock));
     return reply;
-}
-
-IoResult Board::read(const std::string &device, std::size_t /*count*/, int pid)
-{
-    const std::string no_variable;
-    const auto fault = state_->begin({Op::read, device, std::nullopt, {}, no_variable});
-    Event event = start_event(Op::read, device, pid);
-    event.faulted = fault.has_value();
-    std::unique_lock lock(state_->mutex);
-    IoResult result;
-    // Nobody types at the console; the driver's other devices cannot be read.
-    if (const int error = fault && fault->error != 0 ? fault->error
-                          : device == console_device ? 0
-                                                     : EINVAL;
-        error != 0)
-        result = {-1, error, {}};
-    event.result = result.result;
-    event.error = result.error;
-    state_->journal.record(std::move(event), std::move(lock));
-    return result;
-}
-
-IoResult Board::write(const std::string &device, const Bytes &data, int pid)
-{
-    const std::string no_variable;
-    const auto fault = state_->begin({Op::write, device, std::nullopt, {}, no_variable});
-    Event event = start_event(Op::write, device, pid);
-    event.faulted = fault.has_value();
-    std::unique_lock lock(state_->mutex);
-    IoResult result;
-    if (const int error = fault && fault->error != 0 ? fault->error
-                          : device == console_device ? 0
-                                                     : EINVAL;
-        error != 0) {
-        result = {-1, error, {}};
-    } else {
-        const std::size_t taken =
-            std::min(data.size(), fault && fault->cut ? std::size_t{*fault->cut} : data.size());
-        event.value.assign(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(taken));
-        state_->console += event.value;
-        if (state_->console.size() > kept_console)
-            state_->console.erase(0, state_->console.size() - kept_console);
-        result.result = static_cast<std::int64_t>(taken);
-    }
-    event.result = result.result;
-    event.error = result.error;
-    state_->journal.record(std::move(event), std::move(lock));
-    return result;
 }
 
 void Board::close(const std::string & /*device*/, int /*pid*/)

@@ -21,8 +21,12 @@ RequestKind request_kind(std::string_view device, std::uint32_t request)
             return RequestKind::unknown;
         }
     }
-    const bool item_request = request == DRVBOOT_CMD_GET || request == DRVBOOT_CMD_SET;
-    return item_request && device != console_device ? RequestKind::items : RequestKind::unknown;
+    if (device == console_device || device == watchdog_device)
+        return RequestKind::unknown;
+    if (request == DRVBOOT_CMD_SELF_RESET)
+        return device == board_device ? RequestKind::self_reset : RequestKind::unknown;
+    return request == DRVBOOT_CMD_GET || request == DRVBOOT_CMD_SET ? RequestKind::items
+                                                                    : RequestKind::unknown;
 }
 
 unsigned slot_number(std::string_view device)

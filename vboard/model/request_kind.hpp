@@ -9,12 +9,14 @@
 namespace vboard
 {
 
-enum class RequestKind { unknown, items, environment };
+enum class RequestKind { unknown, items, environment, self_reset };
 
 RequestKind request_kind(std::string_view device, std::uint32_t request);
 
 constexpr std::string_view environment_device = "/dev/envinfo0";
 constexpr std::string_view console_device = "/dev/ttyS0";
+constexpr std::string_view watchdog_device = "/proc/wdt";
+constexpr std::string_view board_device = "/dev/board0";
 constexpr unsigned slot_count = 32;
 
 // "/dev/slot1" to "/dev/slot32": the slot's number; 0 for any other path.

@@ -5,6 +5,7 @@
 #include "model/board.hpp"
 #include "model/fault_plan.hpp"
 #include "model/item_request.hpp"
+#include "model/reset_notice.hpp"
 
 #include <deque>
 
@@ -38,6 +39,8 @@ struct Board::State {
     std::map<std::string, std::map<std::uint32_t, Bytes>> items;
     std::map<std::string, std::string> env;   // in memory
     std::map<std::string, std::string> saved; // with no store: what was saved last
+    std::optional<ResetNotice> notice;        // given, and not followed by a reset yet
+    Watchdog watchdog;
     FaultPlan faults;
     std::string console;
     std::uint64_t open_files = 0;
@@ -49,11 +52,25 @@ struct Board::State {
     // The fault that bites on an operation, its delay waited for.
     std::optional<Fault> begin(const Operation &operation);
 
-    // The driver proper (driver.cpp); the lock is held.
+    // The lock is held, from here on.
+    void power_on();                                                  // items as the profile has them
+    void start_watchdog();                                            // as it is after any reset
+    void item_was_set(const std::string &device, std::uint32_t code); // what the new value sets off
+    int wdt_command(const DrvbootWdtCommand &command);                // 0 or an errno
+    void print(const std::string &text);                              // on the console
+
+    // The driver proper (driver.cpp).
     IoctlReply answer_items(const IoctlCall &call, const std::vector<ItemValue> &asked,
                             std::optional<std::uint32_t> forced_code);
+    IoctlReply answer_notice(const ResetNotice &given, std::optional<std::uint32_t> forced_code);
     IoctlReply answer_environment(const IoctlCall &call);
 };
+
+Event start_event(Op op, const std::string &device, int pid);
+
+// The command in a write to the watchdog service; nullopt when it has another size.
+std::optional<DrvbootWdtCommand> decode_wdt(const Bytes &data);
+const char *wdt_command_name(std::uint32_t command); // "unknown" for any that there is not
 
 // The text in a buffer; nullopt when it is not terminated.
 std::optional<std::string> text_in(const Bytes &buffer);

@@ -105,14 +105,14 @@ TEST(Board, UnknownRequestsGetWhatAKernelGives)
 {
     Board board(small_profile());
     auto call = get(board0, role_item);
-    for (std::uint32_t request : {0u, 1u, 2u, 4u, 201u, 0x4501u, 0xffffffffu}) {
+    for (std::uint32_t request : {0u, 2u, 4u, 201u, 0x4501u, 0xffffffffu}) {
         call.request = request;
         const IoctlReply reply = board.ioctl(call);
         EXPECT_EQ(reply.result, -1) << request;
         EXPECT_EQ(reply.error, ENOTTY) << request;
         EXPECT_TRUE(reply.out.empty());
     }
-    for (const char *device : {envinfo0, "/dev/ttyS0"}) {
+    for (const char *device : {envinfo0, "/dev/ttyS0", "/proc/wdt"}) {
         call = get(device, role_item);
         EXPECT_EQ(board.ioctl(call).error, ENOTTY) << device;
     }
@@ -124,11 +124,11 @@ TEST(Board, ServesItsDriversDevicesAndNothingElse)
 {
     const Board board(small_profile());
     for (const char *device : {"/dev/board0", "/dev/chassis0", "/dev/envinfo0", "/dev/ttyS0", "/dev/slot1",
-                               "/dev/slot9", "/dev/slot32"})
+                               "/dev/slot9", "/dev/slot32", "/proc/wdt"})
         EXPECT_TRUE(board.serves(device)) << device;
     for (const char *device :
          {"", "/dev/", "/dev/slot", "/dev/slot0", "/dev/slot01", "/dev/slot33", "/dev/slot1x", "/dev/slot-1",
-          "/dev/slot4294967297", "/dev/board1", "/dev/null", "board0"})
+          "/dev/slot4294967297", "/dev/board1", "/dev/null", "board0", "/proc", "/proc/wdt0"})
         EXPECT_FALSE(board.serves(device)) << device;
 }
 

@@ -92,7 +92,7 @@ TEST(Environment, UnsavedChangesAreLostAtAReset)
         board.ioctl(env(write_request, "second", "2"));
         board.ioctl(env(delete_request, "first"));
         EXPECT_EQ(board.boot_env("first"), std::nullopt);
-        board.reset();
+        board.reset(vboard::Reset::cold);
         EXPECT_EQ(board.boot_env("first"), "1");
         EXPECT_EQ(board.boot_env("second"), std::nullopt);
     }
@@ -109,7 +109,7 @@ TEST(Environment, ComesFromTheStoreAndASaveThatFailsIsAnInputOutputError)
     const auto reply = board.ioctl(env(save_request, ""));
     EXPECT_EQ(reply.result, -1);
     EXPECT_EQ(reply.error, EIO);
-    board.reset();
+    board.reset(vboard::Reset::cold);
     EXPECT_EQ(board.boot_env("kept"), "yes");
 }
 
