@@ -1,10 +1,11 @@
 #!/bin/bash
 # SPDX-License-Identifier: Apache-2.0
-# library_shape.sh LIBRARY HEADER: the stand-in library needs only libc, exports functions that the platform header
-# declares and nothing else, and lacks none but those that nothing calls yet.
+# library_shape.sh LIBRARY HEADER... [-- FUNCTION...]: the stand-in library needs only libc (and libmoxplatform, where it
+# is another one), and exports the functions given and nothing else; without any, all that the headers declare but those
+# that nothing calls yet.
 set -eu
 library=$1
-header=$2
+shift
 status=0
 complain()
 {
@@ -12,22 +13,40 @@ complain()
     status=1
 }
 
-not_yet='bsp_update_norflash_data_area CCPKG_ExtractFileFromCCExt IsNeedRootProxy RootProxyExecCmd'
+not_yet='bsp_update_norflash_data_area CCPKG_ExtractFileFromCCExt'
+
+headers=()
+while [ $# -gt 0 ] && [ "$1" != -- ]; do
+    headers+=("$1")
+    shift
+done
+case ${library##*/} in
+libmoxplatform.so*) soname=libmoxplatform.so.1 ;;
+*) soname=${library##*/} ;;
+esac
 
 needed=$(readelf -dW "$library" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
 [ -n "$needed" ] || complain "needs no library at all: $library"
 for name in $needed; do
     case $name in
     libc.so.6 | ld-linux*.so.*) ;;
+    libmoxplatform.so.1) [ "$soname" != "$name" ] || complain "needs itself" ;;
     *) complain "needs $name" ;;
     esac
 done
-readelf -dW "$library" | grep -q 'SONAME.*\[libmoxplatform\.so\.1\]' || complain "has another SONAME"
+readelf -dW "$library" | grep SONAME | grep -qF "[$soname]" || complain "has another SONAME than $soname"
 
 exported=$(nm -D --defined-only "$library" | awk '{ print $NF }' | LC_ALL=C sort)
-declared=$(tr '\n' ' ' <"$header" | grep -oE 'MOXBOOT_API [^;(]*\(' | grep -oE '[A-Za-z0-9_]+\(' | tr -d '(' |
-    LC_ALL=C sort)
-[ "$(wc -l <<<"$declared")" -ge 20 ] || complain "the header was not understood"
-expected=$(grep -vxF -f <(tr ' ' '\n' <<<"$not_yet") <<<"$declared")
+declared=$(cat "${headers[@]}" | tr '\n' ' ' | grep -oE 'MOXBOOT_API [^;(]*\(' | grep -oE '[A-Za-z0-9_]+\(' |
+    tr -d '(' | LC_ALL=C sort)
+if [ $# -gt 0 ]; then
+    shift
+    expected=$(printf '%s\n' "$@" | LC_ALL=C sort)
+    undeclared=$(grep -vxF -f <(echo "$declared") <<<"$expected" || true)
+    [ -z "$undeclared" ] || complain "no header declares $undeclared"
+else
+    [ "$(wc -l <<<"$declared")" -ge 20 ] || complain "the headers were not understood"
+    expected=$(grep -vxF -f <(tr ' ' '\n' <<<"$not_yet") <<<"$declared")
+fi
 [ "$exported" = "$expected" ] || complain "exports differ: $(diff <(echo "$expected") <(echo "$exported"))"
 exit $status
