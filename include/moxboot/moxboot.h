@@ -1,16 +1,21 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /**
- * @file moxboot.h
- * The whole interface of the MOX boot driver library.
+ * @file moxboot.h The whole interface of the MOX boot driver library.
  */
 #ifndef MOXBOOT_MOXBOOT_H
 #define MOXBOOT_MOXBOOT_H
 
+#include <moxboot/backup.h>
 #include <moxboot/board.h>
 #include <moxboot/channel.h>
 #include <moxboot/driver.h>
 #include <moxboot/env.h>
+#include <moxboot/families.h>
+#include <moxboot/mcu.h>
+#include <moxboot/pre_reset.h>
+#include <moxboot/reset.h>
 #include <moxboot/time.h>
 #include <moxboot/types.h>
+#include <moxboot/watchdog.h>
 
 #endif

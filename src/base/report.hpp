@@ -21,6 +21,27 @@ template <typename... Args>
 }
 #pragma GCC diagnostic pop
 
+// Only declared: reaching it makes a compile-time check fail.
+void a_plain_text_has_no_conversions();
+
+// A whole message that lies in a table, out of sight of the compiler's own check of formats.
+struct PlainText {
+    const char *text = nullptr;
+
+    PlainText() = default;
+    consteval PlainText(const char *given) : text(given)
+    {
+        for (const char *at = given; *at != '\0'; ++at)
+            if (*at == '%')
+                a_plain_text_has_no_conversions();
+    }
+};
+
+inline int32_t report_failure(PlainText text)
+{
+    return report(DRVBOOT_TRACE_FAILURE, text.text);
+}
+
 // Never called: its declaration lets the compiler hold a format against its arguments.
 [[gnu::format(printf, 1, 2)]] void check_format(const char *format, ...);
 

@@ -89,7 +89,7 @@ uint32_t drvboot_impl_get_hardinfo(MoxHardInfo *info)
     encode(in.get());
     uint32_t status = 0;
     DrvbootIoctlBlock block;
-    fill_block(block, in.get(), out.get(), buffer_size, &status);
+    fill_block(block, in.get(), buffer_size, out.get(), buffer_size, &status);
 
     Descriptor board(open_board());
     if (!board.valid()) {

@@ -5,12 +5,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <span>
 
 namespace moxboot
 {
 
-template <size_t N>
-constexpr bool contains(const uint32_t (&types)[N], uint32_t hard_type)
+constexpr bool contains(std::span<const uint32_t> types, uint32_t hard_type)
 {
     for (uint32_t type : types)
         if (type == hard_type)

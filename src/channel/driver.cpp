@@ -67,7 +67,7 @@ uint32_t drvboot_ioctrl(DrvbootCmdRequest *request)
     uint32_t out[words] = {};
     uint32_t status = 0;
     DrvbootIoctlBlock block;
-    fill_block(block, in, out, DRVBOOT_BUFFER_SIZE, &status);
+    fill_block(block, in, sizeof in, out, sizeof out, &status);
 
     if (request == nullptr || request->result == nullptr || !terminated(request->device))
         return failed;
