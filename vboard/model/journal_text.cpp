@@ -61,13 +61,23 @@ std::string items(const Event &event)
     return text;
 }
 
+std::string watchdog_command(const Event &event)
+{
+    // The other commands have a value too, but one that nobody looks at.
+    const bool telling = event.what == "unknown" || event.what == "wdt set threshold";
+    const std::string value = telling && event.sent ? " = " + number(*event.sent) : "";
+    return (event.what == "unknown" ? "write " + event.device + " unknown command"
+                                    : event.what + " " + event.device) +
+           value;
+}
+
 // What was asked, without the outcome.
 std::string question(const Event &event)
 {
     if (event.op == Op::reset)
         return event.what + (event.sent ? ", reason " + number(*event.sent) : "");
     if (event.op == Op::write && !event.what.empty())
-        return event.what + " " + event.device + (event.sent ? " = " + number(*event.sent) : "");
+        return watchdog_command(event);
     if (event.op == Op::write)
         return "write " + event.device + (event.value.empty() ? "" : " " + quoted(event.value));
     if (event.op != Op::ioctl)

@@ -3,12 +3,13 @@
 
 #include "model/items.hpp"
 #include "model/profile.hpp"
+#include "model/profile_values.hpp"
 #include "model/request_kind.hpp"
+#include "model/reset_notice.hpp"
 
 #include <toml++/toml.h>
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 namespace vboard
@@ -18,6 +19,14 @@ namespace
 {
 
 constexpr std::size_t longest_text = 255; // of a variable's name and value, without the terminator
+
+// Items that are no word, and how they are given instead.
+constexpr std::pair<std::uint32_t, const char *> keys_of_long_items[] = {
+    {item_code::address, "the hardware address is given as \"address\""},
+    {item_code::mcu_die_id, "the MCU's die id is given as \"mcu-die-id\""},
+    {DRVBOOT_ITEM_RESET_REASON_RECORD, "the reset reason record is given as \"reset\""},
+    {DRVBOOT_ITEM_RESET_MODE_RECORD, "the reset mode record is the driver's to write"},
+};
 
 class ProfileReader
 {
@@ -51,6 +60,14 @@ class ProfileReader
             occupied_ = slots(node);
         else if (key == "logic-id")
             logic_id_ = word(key, node);
+        else if (key == "watchdog-period-ms")
+            profile_.watchdog_period_ms = at_least_one(key, node);
+        else if (key == "watchdog-threshold")
+            profile_.watchdog_threshold = at_least_one(key, node);
+        else if (key == "mcu-die-id")
+            profile_.mcu_die_id = die_id(node);
+        else if (key == "reset")
+            profile_.reset_reason_record = reset(node);
         else if (key == "items")
             read_devices(node);
         else if (key == "boot-env")
@@ -81,6 +98,14 @@ class ProfileReader
         return static_cast<std::uint32_t>(value->get());
     }
 
+    std::uint32_t at_least_one(const std::string &key, const toml::node &node) const
+    {
+        const std::uint32_t value = word(key, node);
+        if (value == 0)
+            wrong(node, "\"" + key + "\" must be at least 1");
+        return value;
+    }
+
     const toml::table &table(const std::string &key, const toml::node &node) const
     {
         const auto *value = node.as_table();
@@ -91,17 +116,48 @@ class ProfileReader
 
     std::array<std::uint8_t, 6> address(const toml::node &node) const
     {
-        const std::string written = text("address", node);
         std::array<std::uint8_t, 6> bytes{};
-        bool good = written.size() == bytes.size() * 3 - 1;
-        for (std::size_t i = 0; good && i < bytes.size(); ++i) {
-            const char *digits = written.data() + i * 3;
-            const auto [stop, error] = std::from_chars(digits, digits + 2, bytes[i], 16);
-            good = error == std::errc() && stop == digits + 2 && (i + 1 == bytes.size() || *stop == ':');
-        }
-        if (!good)
+        const auto written = hex_bytes(text("address", node), ':');
+        if (!written || written->size() != bytes.size())
             wrong(node, "\"address\" must be six bytes as in \"00:1b:63:84:45:e6\"");
+        std::ranges::copy(*written, bytes.begin());
         return bytes;
+    }
+
+    Bytes die_id(const toml::node &node) const
+    {
+        const auto bytes = hex_bytes(text("mcu-die-id", node), '\0');
+        if (!bytes || bytes->empty() || bytes->size() > platform::most_die_id_bytes)
+            wrong(node, "\"mcu-die-id\" must be 1 to 32 bytes, two hexadecimal digits each");
+        return *bytes;
+    }
+
+    // Why and when the board went down last, before it came here.
+    Bytes reset(const toml::node &node) const
+    {
+        std::uint32_t reason = 0;
+        MoxResetDate date = {};
+        for (const auto &[name, value] : table("reset", node)) {
+            const std::string key(name.str());
+            if (key == "reason")
+                reason = at_least_one(key, value);
+            else if (key == "date")
+                date = local_time(value);
+            else
+                wrong(value, "unknown key \"" + key + "\" of \"reset\"");
+        }
+        if (reason == 0)
+            wrong(node, "\"reset\" needs a \"reason\"");
+        return reason_record(reason, date);
+    }
+
+    MoxResetDate local_time(const toml::node &node) const
+    {
+        const auto *value = node.as_date_time();
+        if (!value || value->get().offset)
+            wrong(node, "\"date\" must be a date and time without a zone as in 2026-11-21T08:30:00");
+        const auto &[day, time] = std::pair(value->get().date, value->get().time);
+        return {day.year, day.month, day.day, time.hour, time.minute, time.second};
     }
 
     std::vector<std::uint32_t> slots(const toml::node &node) const
@@ -135,18 +191,14 @@ class ProfileReader
     std::uint32_t code(const std::string &device, const std::string &item, const toml::node &value) const
     {
         std::optional<std::uint32_t> found = item_by_name(device, item);
-        if (!found && item.starts_with("0x")) {
-            std::uint32_t number = 0;
-            const char *end = item.data() + item.size();
-            const auto [stop, error] = std::from_chars(item.data() + 2, end, number, 16);
-            if (error == std::errc() && stop == end)
-                found = number;
-        }
+        if (!found)
+            found = hex_word(item);
         if (!found)
             wrong(value,
                   device + " has no item \"" + item + "\"; give a name or a code as in \"0x10002987\"");
-        if (device == "/dev/board0" && *found == item_code::address)
-            wrong(value, "the hardware address is given as \"address\"");
+        for (const auto &[own, what] : keys_of_long_items)
+            if (device == board_device && *found == own)
+                wrong(value, what);
         return *found;
     }
 

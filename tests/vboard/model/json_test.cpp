@@ -80,6 +80,7 @@ TEST(FaultJson, SaysInWordsWhatIsNoFault)
         {"[]", "not a fault: it must be an object"},
         {R"({"colour":1})", "not a fault: unknown field \"colour\""},
         {R"({"op":"fly"})", "not a fault: \"op\" must be open, ioctl, read or write"},
+        {R"({"op":"reset"})", "not a fault: \"op\" must be open, ioctl, read or write"},
         {R"({"op":1})", "not a fault: \"op\" must be a text"},
         {R"({"item":-1})", "not a fault: \"item\" is out of range"},
         {R"({"item":4294967296})", "not a fault: \"item\" is out of range"},

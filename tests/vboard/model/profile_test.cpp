@@ -32,9 +32,9 @@ std::uint32_t hard_type(const Profile &profile)
 TEST(Profile, EveryBoardLoadsAndHasEveryItem)
 {
     const std::uint32_t board_items[] = {
-        0x8000001,  0x10002987, 0x1000299d, 0x10002980, 0x10002982, 0x10002858, 0x10002205,
-        0x10003044, 0x100030ad, 0x10002801, 0x1000474b, 0x100030a9, 0x10004723, 0x1100aaaa,
-        0x10004725, 0x10004726, 0x1000221e, 0x1000280e, 0x10002800, 0x10002200, 0x100029b4};
+        0x8000001,  0x10002987, 0x1000299d, 0x10002980, 0x10002982, 0x10002858, 0x10002205, 0x10003044,
+        0x100030ad, 0x10002801, 0x1000474b, 0x100030a9, 0x10004723, 0x1100aaaa, 0x10004725, 0x10004726,
+        0x1000221e, 0x10002808, 0x1000280a, 0x7f000001, 0x1000280e, 0x10002800, 0x10002200, 0x100029b4};
     const std::uint32_t chassis_items[] = {0x8000001, 0x8000003, 0x10002400};
     for (const Profile &profile : all_boards()) {
         for (const std::uint32_t item : board_items)
@@ -133,6 +133,41 @@ two = "2"
     EXPECT_EQ(profile.platform_env.at("actx_led_support"), "0");
 }
 
+TEST(Profile, TellsOfWatchdogMcuAndTheLastReset)
+{
+    const Profile plain = vboard::parse_profile("", "b.toml");
+    EXPECT_EQ(plain.watchdog_period_ms, 1000u);
+    EXPECT_EQ(plain.watchdog_threshold, 10u);
+    EXPECT_EQ(plain.items.at("/dev/board0").at(0x7f000001), 1u) << "no MCU is online";
+    EXPECT_TRUE(plain.mcu_die_id.empty());
+    EXPECT_TRUE(plain.reset_reason_record.empty());
+
+    const Profile profile = vboard::parse_profile(R"(
+watchdog-period-ms = 250
+watchdog-threshold = 1
+mcu-die-id = "00fFa5"
+[reset]
+reason = 0x10100d9
+date = 2026-11-21T08:30:59
+)",
+                                                  "b.toml");
+    EXPECT_EQ(profile.watchdog_period_ms, 250u);
+    EXPECT_EQ(profile.watchdog_threshold, 1u);
+    EXPECT_EQ(profile.mcu_die_id, (vboard::Bytes{0, 0xff, 0xa5}));
+    EXPECT_EQ(profile.reset_reason_record, (vboard::Bytes{0xd9, 0, 1, 1, 0xea, 0x07, 11, 21, 8, 30, 59, 0}));
+    EXPECT_EQ(vboard::parse_profile("[reset]\nreason = 1", "b.toml").reset_reason_record,
+              (vboard::Bytes{1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(Profile, SomeBoardsHaveAnMcuWithAnId)
+{
+    std::set<std::size_t> sizes;
+    for (const Profile &profile : all_boards())
+        if (profile.items.at("/dev/board0").at(0x7f000001) == 0)
+            sizes.insert(profile.mcu_die_id.size());
+    EXPECT_THAT(sizes, testing::ElementsAre(8u, 16u, 32u));
+}
+
 TEST(Profile, ErrorsNameFileLineAndWhatIsWrong)
 {
     const std::string long_text(256, 'x');
@@ -142,6 +177,28 @@ TEST(Profile, ErrorsNameFileLineAndWhatIsWrong)
         {"address = \"00:01\"", "b.toml:1: \"address\" must be six bytes as in \"00:1b:63:84:45:e6\""},
         {"address = \"00:01:02:03:04:0x\"", "b.toml:1: \"address\" must be six bytes"},
         {"address = \"00-01-02-03-04-05\"", "b.toml:1: \"address\" must be six bytes"},
+        {"address = \"00:01:02:03:04:05:06\"", "b.toml:1: \"address\" must be six bytes"},
+        {"watchdog-period-ms = 0", "b.toml:1: \"watchdog-period-ms\" must be at least 1"},
+        {"watchdog-threshold = 0", "b.toml:1: \"watchdog-threshold\" must be at least 1"},
+        {"watchdog-threshold = -1", "b.toml:1: \"watchdog-threshold\" must be between 0 and 0xffffffff"},
+        {"mcu-die-id = \"\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
+        {"mcu-die-id = \"0\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
+        {"mcu-die-id = \"0x\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
+        {"mcu-die-id = \"" + std::string(66, '0') + "\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
+        {"reset = 1", "b.toml:1: \"reset\" must be a table"},
+        {"[reset]", "b.toml:1: \"reset\" needs a \"reason\""},
+        {"[reset]\ndate = 2026-11-21T08:30:00", "b.toml:1: \"reset\" needs a \"reason\""},
+        {"[reset]\nreason = 0", "b.toml:2: \"reason\" must be at least 1"},
+        {"[reset]\nreason = 1\ncolour = 1", "b.toml:3: unknown key \"colour\" of \"reset\""},
+        {"[reset]\nreason = 1\ndate = 2026-11-31T08:30:00", "b.toml:3: "},
+        {"[reset]\nreason = 1\ndate = 2026-11-21T08:30:00Z", "b.toml:3: \"date\" must be a date and time"},
+        {"[reset]\nreason = 1\ndate = \"2026\"", "b.toml:3: \"date\" must be a date and time without a zone"},
+        {"[items.\"/dev/board0\"]\n\"mcu die id\" = 4",
+         "b.toml:2: the MCU's die id is given as \"mcu-die-id\""},
+        {"[items.\"/dev/board0\"]\n\"reset reason record\" = 4",
+         "b.toml:2: the reset reason record is given as \"reset\""},
+        {"[items.\"/dev/board0\"]\n\"0x10002208\" = 4",
+         "b.toml:2: the reset mode record is the driver's to write"},
         {"occupied-slots = 3", "b.toml:1: \"occupied-slots\" must be a list of slot numbers"},
         {"occupied-slots = [\n1,\n33]", "b.toml:3: there is no slot 33"},
         {"occupied-slots = [0]", "b.toml:1: there is no slot 0"},

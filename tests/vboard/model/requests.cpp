@@ -63,6 +63,13 @@ vboard::IoctlCall set(const std::string &device, std::uint32_t item, std::uint32
     return item_call(device, 200, words({0x1000000, 12, item, 4, value}), 64);
 }
 
+vboard::IoctlCall self_reset(std::uint32_t reason, const Bytes &date)
+{
+    Bytes in = words({0x1000003, 40, 0x8000004, 0, 0x10002206, 4, reason, 0x10002207, 12});
+    in.insert(in.end(), date.begin(), date.end());
+    return item_call(board0, 1, in, 64);
+}
+
 vboard::IoctlCall hard_info(std::initializer_list<std::uint32_t> items)
 {
     Bytes in = words({0x1000000, static_cast<std::uint32_t>(8 * items.size())});

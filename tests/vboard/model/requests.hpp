@@ -25,6 +25,7 @@ std::uint32_t word(const Bytes &bytes, std::size_t at); // at a byte offset; the
 
 vboard::IoctlCall get(const std::string &device, std::uint32_t item);
 vboard::IoctlCall set(const std::string &device, std::uint32_t item, std::uint32_t value);
+vboard::IoctlCall self_reset(std::uint32_t reason, const Bytes &date); // seven bytes
 vboard::IoctlCall hard_info(std::initializer_list<std::uint32_t> items);
 vboard::IoctlCall env(std::uint32_t request, const std::string &name, const std::string &value = "");
 
