@@ -3,6 +3,8 @@
 
 #include "support/plans.hpp"
 
+#include <unistd.h>
+
 namespace test
 {
 namespace
@@ -24,7 +26,11 @@ std::string as_text(const vboard::Event &event)
     case vboard::Op::read:
         return "read " + event.device;
     case vboard::Op::write:
-        return "write " + event.device;
+        if (event.what.empty())
+            return "write " + event.device;
+        break;
+    case vboard::Op::reset:
+        return event.what;
     case vboard::Op::ioctl:
         break;
     }
@@ -56,6 +62,11 @@ void BoardTest::SetUp()
 void BoardTest::TearDown()
 {
     forget_plans();
+    // The library keeps this one for the life of the process, on purpose.
+    if (g_fd_wdt >= 0) {
+        close(g_fd_wdt);
+        g_fd_wdt = -1;
+    }
     EXPECT_EQ(descriptors(), descriptors_before_) << "a descriptor was left open";
     EXPECT_EQ(blocks_held(), 0u) << "a block was not freed";
     vboard::detach();
@@ -93,7 +104,7 @@ std::vector<std::string> BoardTest::requests() const
 {
     std::vector<std::string> lines;
     for (const vboard::Event &event : board.journal())
-        if (event.op == vboard::Op::ioctl)
+        if (event.op == vboard::Op::ioctl || !event.what.empty())
             lines.push_back(as_text(event));
     return lines;
 }

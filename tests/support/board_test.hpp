@@ -58,8 +58,9 @@ class BoardTest : public testing::Test
     // Opening the device fails.
     void deny(const std::string &device, int error, unsigned times = 1);
 
-    // The journal's ioctl requests since forget_journal(), as "get /dev/board0 0x8000001", "set /dev/board0
-    // 0x10002987 3", "env read name", in order.
+    // The journal's requests since forget_journal(), as "get /dev/board0 0x8000001", "set /dev/board0
+    // 0x10002987 3", "env read name", "self reset /dev/board0 0x10002206 0x10002207 5", "wdt clear /proc/wdt
+    // 0", in order.
     std::vector<std::string> requests() const;
     // All of the journal's operations: "open /dev/board0", "get ...".
     std::vector<std::string> operations() const;

@@ -24,10 +24,10 @@ void answer_libc(const std::string &function, long result, unsigned skip = 0, un
 // The library's calls since the test began or since forget_calls(), in order.
 struct Call {
     std::string function;
-    std::string path;               // open
+    std::string path;               // open, execv, mkfifo, remove, dlopen
     int fd = -1;                    // close, ioctl, read, write
-    std::size_t size = 0;           // read, write, malloc
-    std::uint64_t microseconds = 0; // usleep, select
+    std::size_t size = 0;           // read, write, malloc; execv and the like: see LibcCall
+    std::uint64_t microseconds = 0; // usleep, sleep, select
     bool operator==(const Call &) const = default;
 };
 std::vector<Call> calls();
@@ -41,8 +41,9 @@ std::vector<int> descriptors();
 
 // ---- platform --------------------------------------------------------------------------------------------
 
-// Plans a result for a platform function (memcpy_s, strncpy_s, strcpy_s, sprintf_s, vsnprintf_s, vsprintf_s,
-// GetEnv) when the library calls it; the function's work is not done.
+// Plans a result for a platform function (memcpy_s, strncpy_s, strcpy_s, sprintf_s, snprintf_truncated_s,
+// vsnprintf_s, vsprintf_s, GetEnv, SetEnv, bsp_setenv_s, IsNeedRootProxy, RootProxyExecCmd) when the library
+// calls it; the function's work is not done.
 void answer_platform(const std::string &function, int result, unsigned skip = 0, unsigned times = 1);
 
 // The platform's timer; none: the stand-in's own. A timer without ticks leaves its outputs untouched.

@@ -75,6 +75,47 @@ int vsnprintf_s(char *dest, size_t dest_max, size_t count, const char *format, v
     return NEXT(vsnprintf_s)(dest, dest_max, count, format, args);
 }
 
+int snprintf_truncated_s(char *dest, size_t dest_max, const char *format, ...)
+{
+    if (auto planned = plans.take("snprintf_truncated_s", __builtin_return_address(0)))
+        return static_cast<int>(*planned);
+    // Prints into room enough and copies what fits: there is no form of this function that takes a va_list.
+    char whole[1024];
+    va_list args;
+    va_start(args, format);
+    NEXT(vsnprintf_s)(whole, sizeof whole, sizeof whole - 1, format, args);
+    va_end(args);
+    return NEXT(snprintf_truncated_s)(dest, dest_max, "%s", whole);
+}
+
+uint32_t SetEnv(const char *name, const char *value)
+{
+    if (auto planned = plans.take("SetEnv", __builtin_return_address(0)))
+        return static_cast<uint32_t>(*planned);
+    return NEXT(SetEnv)(name, value);
+}
+
+uint32_t bsp_setenv_s(const char *name, const char *value, uint32_t length)
+{
+    if (auto planned = plans.take("bsp_setenv_s", __builtin_return_address(0)))
+        return static_cast<uint32_t>(*planned);
+    return NEXT(bsp_setenv_s)(name, value, length);
+}
+
+int32_t IsNeedRootProxy(void)
+{
+    if (auto planned = plans.take("IsNeedRootProxy", __builtin_return_address(0)))
+        return static_cast<int32_t>(*planned);
+    return NEXT(IsNeedRootProxy)();
+}
+
+int32_t RootProxyExecCmd(const char *command, uint32_t length, char *output, uint32_t output_size)
+{
+    if (auto planned = plans.take("RootProxyExecCmd", __builtin_return_address(0)))
+        return static_cast<int32_t>(*planned);
+    return NEXT(RootProxyExecCmd)(command, length, output, output_size);
+}
+
 uint32_t GetEnv(const char *name, char *value)
 {
     if (auto planned = plans.take("GetEnv", __builtin_return_address(0)))

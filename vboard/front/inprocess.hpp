@@ -30,6 +30,12 @@ void detach();
 //   malloc, calloc, free             size; data: the block to free (a hook cannot keep it from being freed)
 //   usleep, nanosleep, select        microseconds; data: the timeout
 //   time, clock_gettime, localtime_r, sysinfo   data: the output
+//   execv                            path; data: the arguments
+//   mkfifo, remove, dlopen           path; size: mode or flags
+//   dlclose                          data: the library
+//   sync, pthread_create
+//   sleep                            microseconds
+//   sigprocmask                      size: how; data: the set
 //   openlog, syslog, closelog        path: identity or format; size: facility or priority
 struct LibcCall {
     const char *function = "";
