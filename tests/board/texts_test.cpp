@@ -1,20 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Operators' tools search the library for its message texts: each stands in the built file as it is printed.
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <string_view>
+#include "support/library_texts.hpp"
 
 namespace
 {
-
-std::string library_bytes()
-{
-    std::ifstream file(MOXBOOT_LIBRARY, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 constexpr std::string_view texts[] = {
     "/dev/board0",
@@ -96,23 +85,20 @@ constexpr std::string_view texts[] = {
 
 TEST(BoardTexts, StandInTheLibraryAsTheyArePrinted)
 {
-    const std::string library = library_bytes();
-    ASSERT_GT(library.size(), 1000u) << MOXBOOT_LIBRARY;
-    for (std::string_view text : texts) {
-        std::string terminated(text);
-        terminated += '\0';
-        EXPECT_NE(library.find(terminated), std::string::npos) << text;
-    }
+    test::expect_in_library(texts);
 }
 
 // Spellings that somebody might put right: they are the system's own and stay.
 TEST(BoardTexts, AreNotPutRight)
 {
-    const std::string library = library_bytes();
-    for (std::string_view text :
-         {"cpu full type", "Get hard status = 0x%x", "Get peer hard status = 0x%x", "[PRERESET]",
-          "execute cmd return", "Failed to get board role,ret=0x%x.\n\n", "sync cc pkg flag success"})
-        EXPECT_EQ(library.find(text), std::string::npos) << text;
+    constexpr std::string_view misspelt[] = {"cpu full type",
+                                             "Get hard status = 0x%x",
+                                             "Get peer hard status = 0x%x",
+                                             "[PRERESET]",
+                                             "execute cmd return",
+                                             "Failed to get board role,ret=0x%x.\n\n",
+                                             "sync cc pkg flag success"};
+    test::expect_not_in_library(misspelt);
 }
 
 } // namespace

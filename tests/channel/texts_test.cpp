@@ -1,23 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Operators' tools search the library for its message texts: each stands in the built file as it is printed.
-#include <gtest/gtest.h>
-
-#include <array>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <string_view>
+#include "support/library_texts.hpp"
 
 namespace
 {
 
-std::string library_bytes()
-{
-    std::ifstream file(MOXBOOT_LIBRARY, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-constexpr std::array<std::string_view, 25> texts = {
+constexpr std::string_view texts[] = {
     "[boot_info]%s",
     "init",
     "\r\nopen uart unsuccess.\n\n",
@@ -47,22 +35,15 @@ constexpr std::array<std::string_view, 25> texts = {
 
 TEST(ChannelTexts, StandInTheLibraryAsTheyArePrinted)
 {
-    const std::string library = library_bytes();
-    ASSERT_GT(library.size(), 1000u) << MOXBOOT_LIBRARY;
-    for (std::string_view text : texts) {
-        std::string terminated(text);
-        terminated += '\0';
-        EXPECT_NE(library.find(terminated), std::string::npos) << text;
-    }
+    test::expect_in_library(texts);
 }
 
 // The search is sharp: near misses of the texts are not found.
 TEST(ChannelTexts, AreNotFoundWithAnotherSpelling)
 {
-    const std::string library = library_bytes();
-    for (std::string_view text :
-         {"Drvboot execute cmd", "for data mismatch, output", "open uart unsuccess.\n\n\n"})
-        EXPECT_EQ(library.find(text), std::string::npos) << text;
+    constexpr std::string_view misspelt[] = {"Drvboot execute cmd", "for data mismatch, output",
+                                             "open uart unsuccess.\n\n\n"};
+    test::expect_not_in_library(misspelt);
 }
 
 } // namespace
