@@ -22,16 +22,16 @@ namespace
 {
 
 struct ResetKind {
-    Reset reset;
     const char *name;
+    Reset reset;
     std::uint8_t mode; // byte 0 of the mode record
 };
 
 constexpr ResetKind kinds[] = {
-    {Reset::soft, "soft reset", 1},
-    {Reset::cold, "cold reset", 2},
-    {Reset::watchdog, "watchdog reset", 3},
-    {Reset::power_cut, "power cut", 0},
+    {"soft reset", Reset::soft, 1},
+    {"cold reset", Reset::cold, 2},
+    {"watchdog reset", Reset::watchdog, 3},
+    {"power cut", Reset::power_cut, 0},
 };
 
 const ResetKind &kind_of(Reset reset)
