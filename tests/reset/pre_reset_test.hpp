@@ -65,9 +65,10 @@ class End
     {
         close();
     }
-    void open(const char *path, int flags)
+    bool open(const char *path, int flags)
     {
         fd_ = ::open(path, flags);
+        return fd_ >= 0;
     }
     void close()
     {
