@@ -55,9 +55,8 @@ TEST_F(AttributesTest, OtherAttributesAreUnknown)
 {
     set(1, 0xfee1dead);
     for (std::uint32_t id : {0u, 2u, 0xabcdefu, minus_one}) {
-        EXPECT_EQ(
-            during([&] { EXPECT_EQ(set(id, 0), -1); }),
-            failure(text("Drvboot set attr 0x%x value not success for the attrid is unknown\n", id)));
+        EXPECT_EQ(during([&] { EXPECT_EQ(set(id, 0), -1); }),
+                  failure(text("Drvboot set attr 0x%x value not success for the attrid is unknown\n", id)));
         EXPECT_EQ(during([&] { EXPECT_EQ(MOX_GetBoardAttr(id, &value), -1); }), nothing());
         EXPECT_EQ(value, 99u);
     }

@@ -44,7 +44,8 @@ TEST_F(ReasonTest, ADeviceThatDoesNotOpenIsReportedWithItsError)
     deny(board0, EACCES);
     expect_refused(
         minus_one,
-        failure(text("Drvboot read rst reason not success for open /dev/board0 not ok(%d), fd -1\n", EACCES)));
+        failure(
+            text("Drvboot read rst reason not success for open /dev/board0 not ok(%d), fd -1\n", EACCES)));
     EXPECT_TRUE(calls("free").size() == calls("malloc").size());
 }
 
@@ -66,8 +67,8 @@ TEST_F(ReasonTest, AnyOtherResultOfTheRequestIsAFailureToo)
     Said said = during([&] { EXPECT_EQ(read(), minus_one); });
     ASSERT_EQ(said.trace.size(), 1u);
     EXPECT_EQ(said.trace[0].level, 4u);
-    EXPECT_THAT(said.trace[0].text, testing::StartsWith(
-                                        "Drvboot read rst reason not success for ioctl return 5, not ok: "));
+    EXPECT_THAT(said.trace[0].text,
+                testing::StartsWith("Drvboot read rst reason not success for ioctl return 5, not ok: "));
     EXPECT_TRUE(untouched());
     expect_asked_again();
 }
@@ -78,9 +79,8 @@ TEST_F(ReasonTest, AStatusOtherThanZeroIsReported)
         vboard::Fault fault = on_item(reason_item);
         fault.code = status;
         board.add_fault(fault);
-        EXPECT_EQ(
-            during([&] { EXPECT_EQ(read(), minus_one); }),
-            failure(text("Drvboot read rst reason not success for TLV value(0x%x) invalid\n", status)));
+        EXPECT_EQ(during([&] { EXPECT_EQ(read(), minus_one); }),
+                  failure(text("Drvboot read rst reason not success for TLV value(0x%x) invalid\n", status)));
         EXPECT_TRUE(untouched());
     }
     expect_asked_again();

@@ -18,12 +18,9 @@ TEST_F(ReasonTest, TheDriverSaysWhereTheRecordStands)
     for (std::uint32_t offset : {8u, 9u, 40u, reply_size - origin - 8 - 12}) {
         const std::uint32_t at = origin + offset;
         // The words are put one after the other, so that an odd offset works as well.
-        reply_with(reason_item, {{offset_at, offset},
-                                 {at, reason_item},
-                                 {at + 4, 12},
-                                 {at + 8, 0},
-                                 {at + 12, 0},
-                                 {at + 16, 0}});
+        reply_with(
+            reason_item,
+            {{offset_at, offset}, {at, reason_item}, {at + 4, 12}, {at + 8, 0}, {at + 12, 0}, {at + 16, 0}});
         answer_platform("memcpy_s", 77); // keeps the cache empty
         EXPECT_EQ(during([&] { EXPECT_EQ(read(), err_ioctl); }),
                   failure("memcpy_s not success, not ok code = 77\n\n"))
@@ -37,9 +34,9 @@ TEST_F(ReasonTest, TheDriverSaysWhereTheRecordStands)
 
 TEST_F(ReasonTest, AnOffsetOutsideTheReplyIsRefusedSilently)
 {
-    for (std::uint32_t offset : {reply_size - origin - 7, reply_size - origin, reply_size, 0x1000u, 0x7fffffffu,
-                                 0x80000000u, 0xffffffe8u, 0xfffffff0u, 0xfffffff8u, 0xfffffffcu,
-                                 0xffffffffu}) {
+    for (std::uint32_t offset :
+         {reply_size - origin - 7, reply_size - origin, reply_size, 0x1000u, 0x7fffffffu, 0x80000000u,
+          0xffffffe8u, 0xfffffff0u, 0xfffffff8u, 0xfffffffcu, 0xffffffffu}) {
         reply_with(reason_item, {{offset_at, offset}});
         EXPECT_EQ(during([&] { EXPECT_EQ(read(), err_ioctl); }), nothing()) << offset;
         EXPECT_TRUE(untouched());

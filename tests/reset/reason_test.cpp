@@ -14,8 +14,7 @@ TEST_F(ReasonTest, AKnownReasonIsReadOnceAndTold)
     EXPECT_EQ(code, a_code);
     EXPECT_EQ(reason, a_text);
     EXPECT_EQ(reason[a_text.size() + 1], '#') << "no padding";
-    EXPECT_EQ(operations(),
-              (std::vector<std::string>{"open /dev/board0", "get /dev/board0 0x10002209"}));
+    EXPECT_EQ(operations(), (std::vector<std::string>{"open /dev/board0", "get /dev/board0 0x10002209"}));
     record({1, 0, 0, 0, 1, 0, 1, 1, 1, 1, 1, 1});
     expect_cached(a_code, a_text);
     expect_cached(a_code, a_text);
