@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// One item query and one log line, each against the same calls written out by hand. Runs in a file tree of
-// its own, because it answers at "/dev/log".
+// One item query, one log line and one watchdog feed, each against the same calls written out by hand. Runs
+// in a file tree of its own, because it answers at "/dev/log".
 #include "ratio.hpp"
 
 #include "vboard/front/inprocess.hpp"
@@ -29,7 +29,8 @@ constexpr std::uint32_t hard_type = 0x90020709;
 // The thinnest device.
 std::optional<vboard::LibcAnswer> answer(const vboard::LibcCall &call)
 {
-    if (std::strcmp(call.function, "open") == 0 && std::strcmp(call.path, "/dev/board0") == 0)
+    if (std::strcmp(call.function, "open") == 0 &&
+        (std::strcmp(call.path, "/dev/board0") == 0 || std::strcmp(call.path, "/proc/wdt") == 0))
         return vboard::LibcAnswer{open("/dev/null", static_cast<int>(call.size)), std::nullopt};
     if (std::strcmp(call.function, "ioctl") != 0)
         return std::nullopt;
@@ -91,6 +92,31 @@ void query_floor(benchmark::State &state)
         close(fd);
         return result == 0 ? out[7] : 0;
     });
+}
+
+template <typename Feed>
+void feed_loop(benchmark::State &state, Feed feed)
+{
+    vboard::set_libc_hook(answer);
+    for (auto _ : state)
+        if (!feed())
+            state.SkipWithError("not fed");
+    vboard::set_libc_hook(nullptr);
+}
+
+void feed_library(benchmark::State &state)
+{
+    feed_loop(state, [] { return WDT_Clear_Dog() == 0; });
+}
+
+void feed_floor(benchmark::State &state)
+{
+    const int fd = open("/dev/null", O_WRONLY);
+    feed_loop(state, [fd] {
+        const DrvbootWdtCommand clear = {DRVBOOT_WDT_CLEAR, 0};
+        return write(fd, &clear, sizeof clear) == sizeof clear;
+    });
+    close(fd);
 }
 
 void log_library(benchmark::State &state)
@@ -155,7 +181,9 @@ int main(int argc, char **argv)
     pair("item query/floor", query_floor);
     pair("log line/library", log_library);
     pair("log line/floor", log_floor);
-    static const bench::Goal goals[] = {{"item query", 1.10}, {"log line", 1.10}};
-    int status = bench::run_pairs(argc, argv, goals, 2, table);
+    pair("watchdog feed/library", feed_library);
+    pair("watchdog feed/floor", feed_floor);
+    static const bench::Goal goals[] = {{"item query", 1.10}, {"log line", 1.10}, {"watchdog feed", 1.10}};
+    int status = bench::run_pairs(argc, argv, goals, std::size(goals), table);
     std::_Exit(status);
 }
