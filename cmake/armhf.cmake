@@ -25,6 +25,6 @@ foreach(kind EXE SHARED MODULE)
 endforeach()
 
 # How a program of this build runs on the development machine: -L gives the loader and libc, the library path
-# the unpacked packages.
+# what a board's tree has for ARM programs, and the unpacked packages.
 set(MOXBOOT_EMULATOR qemu-arm -L /usr/arm-linux-gnueabihf
-    -E LD_LIBRARY_PATH=${_libs}:${_sysroot}/lib/arm-linux-gnueabihf)
+    -E LD_LIBRARY_PATH=/dev/vboard/lib/arm-linux-gnueabihf:${_libs}:${_sysroot}/lib/arm-linux-gnueabihf)

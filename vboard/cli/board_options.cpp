@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/board_options.hpp"
 
+#include "cli/command.hpp"
 #include "cli/fault_options.hpp"
 #include "cli/numbers.hpp"
 #include "cli/places.hpp"
@@ -57,9 +58,10 @@ BoardPlan plan_of(const BoardOptions &options)
     if (!options.hard_type.empty())
         number(options.hard_type, "hard type");
     for (const std::string &path : options.keep)
-        plan.keep.push_back(fs::canonical(path));
-    plan.keep.push_back(own_binary());
-    plan.shims = shims();
+        plan.tree.keep.push_back(fs::canonical(path));
+    plan.tree.keep.push_back(own_binary());
+    plan.tree.libraries = libraries();
+    plan.tree.reboot = reboot_program();
     return plan;
 }
 
@@ -88,6 +90,7 @@ Prepared::Prepared(const BoardOptions &options, const fs::path &directory)
     plan_.profile = load_profile(state_.profile());
     if (!options.hard_type.empty())
         state_.keep_item("/dev/board0", item_code::hard_type, number(options.hard_type, "hard type"));
+    plan_.environment = service_environment(state_.directory());
     prepare_tree(state_.directory());
 }
 

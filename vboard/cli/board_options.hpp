@@ -35,7 +35,7 @@ class Prepared
     }
     void keep_reachable(const std::filesystem::path &path)
     {
-        plan_.keep.push_back(path);
+        plan_.tree.keep.push_back(path);
     }
 
   private:

@@ -17,11 +17,47 @@ namespace fs = std::filesystem;
 namespace
 {
 
-// Adds to a variable that is a list; what the user has in it comes first.
-void append(const char *name, const std::string &value)
+// "$LIB" in a name is the dynamic linker's: the emulator hands the variable on to the ARM program, and what
+// that one starts may be native again; each finds what is of its own kind.
+const std::string shim = std::string(library_place) + "/" + shim_name;
+
+struct Setting {
+    const char *name;
+    std::string value;
+    enum { before, behind, instead, unless_set } place; // of what the user has
+};
+
+std::vector<Setting> settings(const fs::path &state)
 {
-    const char *before = std::getenv(name);
-    setenv(name, before && *before ? (std::string(before) + ":" + value).c_str() : value.c_str(), 1);
+    return {
+        {"LD_LIBRARY_PATH", library_place, Setting::before},
+        {"LD_PRELOAD", shim, Setting::behind},
+        // A program built with the address sanitizer insists on being the first in line, which the shim is.
+        {"ASAN_OPTIONS", "verify_asan_link_order=0", Setting::behind},
+        {"VBOARD_STATE", state, Setting::instead},
+        {"MOXPLATFORM_TRACE", state / "trace.jsonl", Setting::unless_set}};
+}
+
+// A list with what the user has in it.
+std::string joined(const std::string &first, const std::string &second)
+{
+    return first.empty() || second.empty() ? first + second : first + ":" + second;
+}
+
+std::string environment(const char *name)
+{
+    const char *value = std::getenv(name);
+    return value ? value : "";
+}
+
+void apply(const Setting &setting)
+{
+    std::string value = setting.value;
+    if (setting.place == Setting::before)
+        value = joined(value, environment(setting.name));
+    if (setting.place == Setting::behind)
+        value = joined(environment(setting.name), value);
+    setenv(setting.name, value.c_str(), setting.place != Setting::unless_set);
 }
 
 } // namespace
@@ -43,22 +79,32 @@ std::vector<std::string> runnable(const std::vector<std::string> &command)
         return command;
     std::vector<std::string> whole{"qemu-arm", "-L", "/usr/arm-linux-gnueabihf"};
     if (const std::string libraries = arm_library_path(); !libraries.empty())
-        whole.insert(whole.end(), {"-E", "LD_LIBRARY_PATH=" + libraries});
+        whole.insert(whole.end(), {"-E", "LD_LIBRARY_PATH=" + std::string(library_place) + ":" +
+                                             joined(libraries, environment("LD_LIBRARY_PATH"))});
     // A program found through PATH is not found so by the emulator.
     whole.push_back(command.front().find('/') == std::string::npos ? program.string() : command.front());
     whole.insert(whole.end(), command.begin() + 1, command.end());
     return whole;
 }
 
+void set_library_path()
+{
+    apply(settings({}).front());
+}
+
 void set_board_environment(const fs::path &state)
 {
-    // "$LIB" in the name is the dynamic linker's: the emulator hands the variable on to the ARM program, and
-    // what that one starts may be native again; each finds the shim of its own kind.
-    append("LD_PRELOAD", shim_preload);
-    // A program built with the address sanitizer insists on being the first in line, which the shim is.
-    append("ASAN_OPTIONS", "verify_asan_link_order=0");
-    setenv("VBOARD_STATE", state.c_str(), 1);
-    setenv("MOXPLATFORM_TRACE", (state / "trace.jsonl").c_str(), 0);
+    for (const Setting &setting : settings(state))
+        apply(setting);
+}
+
+std::vector<std::string> service_environment(const fs::path &state)
+{
+    std::vector<std::string> whole{"PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
+                                   "HOME=/root", "LANG=C.UTF-8"};
+    for (const Setting &setting : settings(state))
+        whole.push_back(std::string(setting.name) + "=" + setting.value);
+    return whole;
 }
 
 } // namespace vboard::cli

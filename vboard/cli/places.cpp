@@ -20,13 +20,35 @@ fs::path environment(const char *name)
 }
 
 // The first of the candidates, relative to the folder of this binary, that exists; empty when none does.
-fs::path beside(std::initializer_list<const char *> candidates)
+fs::path beside(const std::vector<std::string> &candidates)
 {
     const fs::path folder = own_binary().parent_path();
-    for (const char *candidate : candidates)
+    for (const std::string &candidate : candidates)
         if (std::error_code error; fs::exists(folder / candidate, error))
             return fs::canonical(folder / candidate);
     return {};
+}
+
+// A part of vboard's own that lies with the libraries.
+fs::path part(const std::string &name)
+{
+    return beside({"../lib/" + name, "../lib/moxboot/" + name,
+                   "../lib/" VBOARD_LIBRARY_ARCHITECTURE "/moxboot/" + name});
+}
+
+// The shim of one kind of program, and the libraries of that kind.
+void add_kind(std::vector<Library> &found, const std::string &folder, const fs::path &shim)
+{
+    found.push_back({folder, shim_name, shim});
+    for (const char *name : {"libdrv_basic.so", "libdrv_secure.so"}) {
+        for (const fs::path &place : {shim.parent_path(), shim.parent_path().parent_path()}) {
+            std::error_code error;
+            if (!fs::is_regular_file(place / name, error))
+                continue;
+            found.push_back({folder, name, fs::canonical(place / name)});
+            break;
+        }
+    }
 }
 
 } // namespace
@@ -56,14 +78,14 @@ fs::path boards_directory()
     return directory;
 }
 
-std::vector<Shim> shims()
+std::vector<Library> libraries()
 {
-    const fs::path native = beside({"../lib/libvboard-preload.so", "../lib/moxboot/libvboard-preload.so",
-                                    "../lib/" VBOARD_LIBRARY_ARCHITECTURE "/moxboot/libvboard-preload.so"});
+    std::vector<Library> found;
+    const fs::path native = part("libvboard-preload.so");
     if (native.empty())
         throw std::runtime_error("libvboard-preload.so is missing: it lies in ../lib beside " +
                                  own_binary().string());
-    std::vector<Shim> found{{"lib/" VBOARD_LIBRARY_ARCHITECTURE, native}};
+    add_kind(found, "lib/" VBOARD_LIBRARY_ARCHITECTURE, native);
     fs::path arm = environment("VBOARD_ARM_SHIM");
     if (arm.empty())
         arm = beside({"../../armhf/lib/libvboard-preload.so",
@@ -71,8 +93,17 @@ std::vector<Shim> shims()
     else if (!fs::is_regular_file(arm))
         throw std::runtime_error("VBOARD_ARM_SHIM names " + arm.string() + ", which is not a file");
     if (!arm.empty())
-        found.push_back({"lib/arm-linux-gnueabihf", arm});
+        add_kind(found, "lib/arm-linux-gnueabihf", arm);
     return found;
+}
+
+fs::path reboot_program()
+{
+    const fs::path program = part("vboard-reboot");
+    if (program.empty())
+        throw std::runtime_error("vboard-reboot is missing: it lies in ../lib beside " +
+                                 own_binary().string());
+    return program;
 }
 
 std::string arm_library_path()

@@ -2,7 +2,7 @@
 // Where things lie: beside this binary, in a build folder as well as installed.
 #pragma once
 
-#include "daemon/seed.hpp"
+#include "launcher/tree.hpp"
 
 #include <filesystem>
 #include <string>
@@ -17,9 +17,15 @@ std::filesystem::path default_state();
 // The directory of the board profiles. Throws std::runtime_error when there is none.
 std::filesystem::path boards_directory();
 
-// The preload shims that there are: the native one always (throws without it), the one for 32-bit ARM
-// programs where it has been built. $VBOARD_ARM_SHIM names that one explicitly.
-std::vector<Shim> shims();
+// What programs on a board find by name: the preload shim and the platform's run-time loaded libraries. The
+// native shim is always there (throws without it); what is for 32-bit ARM programs, and the libraries, where
+// they have been built. $VBOARD_ARM_SHIM names that shim explicitly; the libraries lie beside a shim or one
+// folder up.
+std::vector<Library> libraries();
+constexpr const char *shim_name = "libvboard-preload.so";
+
+// What stands at "/sbin/reboot" on a board. Throws when it is missing.
+std::filesystem::path reboot_program();
 
 // Library folders of the unpacked ARM packages, joined by colons; empty when there are none.
 // $VBOARD_ARM_SYSROOT names the sysroot explicitly.

@@ -42,13 +42,17 @@ int tree(const Options &options, const Call &call)
             plan.keep.push_back(fs::canonical(path));
         if (const fs::path program = find_program(call.command.front()); !program.empty())
             plan.keep.push_back(program);
+        plan.libraries = libraries();
+        plan.reboot = reboot_program();
         plan.keep.push_back(own_binary()); // a test may start vboard once more, in the tree
         enter_tree(enter_own_namespace(), plan);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "vboard: %s\n", error.what());
         return exit_launch_failed;
     }
-    return exec_program(runnable(call.command));
+    const std::vector<std::string> command = runnable(call.command);
+    set_library_path();
+    return exec_program(command);
 }
 
 } // namespace

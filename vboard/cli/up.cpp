@@ -108,6 +108,12 @@ int down(const StateOptions &options, const Call &)
     return done;
 }
 
+std::string last_reset(const nlohmann::json &status)
+{
+    const nlohmann::json &last = status.at("last_reset");
+    return last.is_null() ? "" : " since power on; the last thing was a " + last.get<std::string>();
+}
+
 int status(const StateOptions &options, const Call &)
 {
     const nlohmann::json answer = ask_board(state_directory(options.state), {{"do", "status"}});
@@ -119,6 +125,7 @@ int status(const StateOptions &options, const Call &)
                 answer.at("description").get<std::string>().c_str());
     std::printf("state    %s\n", answer.at("state").get<std::string>().c_str());
     std::printf("process  %d\n", answer.at("pid").get<int>());
+    std::printf("resets   %u%s\n", answer.at("resets").get<unsigned>(), last_reset(answer).c_str());
     std::printf("events   %zu\n", answer.at("events").get<std::size_t>());
     std::printf("faults   %zu\n", answer.at("faults").get<std::size_t>());
     std::printf("devices ");

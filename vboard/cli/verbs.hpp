@@ -35,6 +35,7 @@ void add_boards(CLI::App &app, Call &call);
 void add_tree(CLI::App &app, Call &call);
 void add_run(CLI::App &app, Call &call);
 void add_up_and_down(CLI::App &app, Call &call); // up, down, exec, status
+void add_resets(CLI::App &app, Call &call);      // reset, power-cut
 void add_values(CLI::App &app, Call &call);      // get, set, getenv, setenv
 void add_faults(CLI::App &app, Call &call);
 void add_log(CLI::App &app, Call &call);

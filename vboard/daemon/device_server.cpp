@@ -58,20 +58,28 @@ DeviceServer::DeviceServer(Board &board, WriteSink sink) : board_(board), sink_(
 
 DeviceServer::~DeviceServer()
 {
-    for (;;) {
-        {
-            const std::lock_guard lock(mutex_);
-            for (const auto &connection : connections_)
-                shutdown(connection->socket.get(), SHUT_RDWR);
-            if (connections_.empty())
-                return;
-        }
+    while (!all_gone())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+}
+
+bool DeviceServer::all_gone()
+{
+    const std::lock_guard lock(mutex_);
+    for (const auto &connection : connections_)
+        shutdown(connection->socket.get(), SHUT_RDWR);
+    return connections_.empty();
+}
+
+void DeviceServer::hang_up()
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    while (!all_gone() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
 }
 
 void DeviceServer::make_nodes()
 {
+    nodes_.clear();
     for (const std::string &device : known_devices(board_)) {
         const fs::path path = node_path(device);
         fs::create_directories(path.parent_path());

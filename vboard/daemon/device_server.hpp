@@ -28,7 +28,8 @@ class DeviceServer
     DeviceServer(const DeviceServer &) = delete;
     DeviceServer &operator=(const DeviceServer &) = delete;
 
-    // Makes the nodes of all devices that the board serves. To be called in the board's file tree.
+    // Makes the nodes of all devices that the board serves, anew when they were there before. To be called in
+    // the board's file tree.
     void make_nodes();
     std::vector<std::string> devices() const;
 
@@ -38,6 +39,10 @@ class DeviceServer
 
     // Waits, for a second at most, until all that programs have sent so far is done.
     void settle();
+
+    // Ends all connections: no program has a device open any more. Waits, for two seconds at most, for
+    // requests that are told to take their time.
+    void hang_up();
 
   private:
     struct Node {
@@ -51,6 +56,7 @@ class DeviceServer
     bool handle_request(Connection &connection, Packet packet, const wire::Request &request);
     IoResult write(const Connection &connection, const Bytes &data, int pid);
     bool idle();
+    bool all_gone();
 
     Board &board_;
     WriteSink sink_;

@@ -3,13 +3,13 @@
 // for.
 #pragma once
 
-#include "daemon/seed.hpp"
 #include "daemon/state.hpp"
 #include "launcher/namespace.hpp"
+#include "launcher/tree.hpp"
 #include "model/board.hpp"
 
-#include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace vboard
@@ -18,13 +18,17 @@ namespace vboard
 struct BoardPlan {
     Profile profile;
     std::vector<Fault> faults;
-    std::vector<std::filesystem::path> keep; // see TreePlan
-    std::vector<Shim> shims;
+    TreePlan tree;                        // its state is the board's
+    std::vector<std::string> environment; // of the commands that the board's root proxy runs
 };
+
+// The exit status for a program that a reset of its board ended, which it does as SIGKILL does.
+constexpr int exit_by_reset = 128 + 9;
 
 // Both run in a process of their own, which has one thread when they are called, and return its exit status.
 
-// Runs the board while `program`, called in a child, runs; its exit status is the result.
+// Runs the board while `program`, called in a child, runs; its exit status is the result. A reset of the
+// board ends it.
 int run_for_program(const OwnNamespace &proof, State &state, const BoardPlan &plan,
                     const std::function<int()> &program);
 

@@ -43,13 +43,16 @@ std::string hex(std::uint32_t value)
 json status(const RequestContext &context, const json &)
 {
     const Profile &profile = context.board.profile();
+    const Resets::History resets = context.resets.history();
     return {{"board", profile.name},
             {"description", profile.description},
             {"pid", getpid()},
             {"state", context.state.directory()},
             {"devices", context.devices},
             {"events", context.board.journal().size()},
-            {"faults", context.board.faults().size()}};
+            {"faults", context.board.faults().size()},
+            {"resets", resets.since_power_on},
+            {"last_reset", resets.last.empty() ? json(nullptr) : json(resets.last)}};
 }
 
 json get_item(const RequestContext &context, const json &request)
@@ -118,6 +121,22 @@ json clear_faults(const RequestContext &context, const json &)
     return json::object();
 }
 
+json ready(const RequestContext &, const json &)
+{
+    return json::object();
+}
+
+json reset(const RequestContext &context, const json &request)
+{
+    const bool cold = request.at("cold").get<bool>();
+    return {{"reset", context.resets.want(cold ? Reset::cold : context.reboot_kind()).get()}};
+}
+
+json power_cut(const RequestContext &context, const json &)
+{
+    return {{"reset", context.resets.want(Reset::power_cut).get()}};
+}
+
 json down(const RequestContext &context, const json &)
 {
     context.stop();
@@ -127,25 +146,34 @@ json down(const RequestContext &context, const json &)
 struct Row {
     const char *name;
     json (*function)(const RequestContext &, const json &);
+    bool resets = false; // the others wait for a reset that goes on
 };
-constexpr std::array<Row, 9> rows{{{"status", status},
-                                   {"get", get_item},
-                                   {"set", set_item},
-                                   {"getenv", get_variable},
-                                   {"setenv", set_variable},
-                                   {"fault-add", add_fault},
-                                   {"fault-list", list_faults},
-                                   {"fault-clear", clear_faults},
-                                   {"down", down}}};
+constexpr std::array<Row, 12> rows{{{"status", status},
+                                    {"ready", ready},
+                                    {"reset", reset, true},
+                                    {"power-cut", power_cut, true},
+                                    {"get", get_item},
+                                    {"set", set_item},
+                                    {"getenv", get_variable},
+                                    {"setenv", set_variable},
+                                    {"fault-add", add_fault},
+                                    {"fault-list", list_faults},
+                                    {"fault-clear", clear_faults},
+                                    {"down", down}}};
 
 } // namespace
 
 json fulfil(const RequestContext &context, const json &request)
 {
     const std::string name = text(request, "do");
-    for (const Row &row : rows)
-        if (name == row.name)
-            return row.function(context, request);
+    for (const Row &row : rows) {
+        if (name != row.name)
+            continue;
+        std::shared_lock gate(context.gate, std::defer_lock);
+        if (!row.resets)
+            gate.lock();
+        return row.function(context, request);
+    }
     throw std::runtime_error("the board does not know the request \"" + name + "\"");
 }
 

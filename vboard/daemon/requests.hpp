@@ -2,12 +2,14 @@
 // What a running board does for the vboard command.
 #pragma once
 
+#include "daemon/resets.hpp"
 #include "daemon/state.hpp"
 #include "model/board.hpp"
 
 #include <nlohmann/json.hpp>
 
 #include <functional>
+#include <shared_mutex>
 
 namespace vboard
 {
@@ -17,6 +19,9 @@ struct RequestContext {
     State &state;
     std::vector<std::string> devices;
     std::function<void()> stop; // takes the board down once the answer is on its way
+    Resets &resets;
+    std::function<Reset()> reboot_kind; // what the board's own reboot command leads to now
+    std::shared_mutex &gate;            // held alone while the board is reset
 };
 
 // Throws std::exception, in words, for a request that cannot be fulfilled.

@@ -14,6 +14,8 @@ namespace fs = std::filesystem;
 namespace
 {
 
+const fs::path memory_env = fs::path(ram_disk) / ".memenv";
+
 void write_text(const fs::path &path, const std::string &text)
 {
     fs::create_directories(path.parent_path());
@@ -34,24 +36,33 @@ std::string records(const std::map<std::string, std::string> &variables)
 
 } // namespace
 
-void seed_tree(const Profile &profile, const std::vector<Shim> &shims)
+void seed_lasting(const Profile &profile)
 {
-    // The platform environment lasts; the RAM disk is new with each start of the board, and so is the
-    // footprint.
     const fs::path platform_env = "/opt/moxv8/var/platform.env";
     if (!fs::exists(platform_env))
         write_text(platform_env, records(profile.platform_env));
-    write_text("/opt/moxv8/SoftResetData/.memenv", records(profile.memory_env));
-    if (!profile.footprint.empty()) {
-        write_text("/tmp/footprint", profile.footprint);
-        write_text(VBOARD_PROC_ROOT "/proc/bsp/footprint", profile.footprint);
-    }
-    for (const Shim &shim : shims) {
-        // A copy: the build folder may lie where the board's tree does not show it.
-        const fs::path folder = fs::path("/dev/vboard") / shim.folder;
-        fs::create_directories(folder);
-        fs::copy_file(shim.file, folder / "libvboard-preload.so");
-    }
+}
+
+void seed_ram_disk(const Profile &profile)
+{
+    write_text(memory_env, records(profile.memory_env));
+}
+
+void seed_volatile(const Profile &profile)
+{
+    if (profile.footprint.empty())
+        return;
+    write_text("/tmp/footprint", profile.footprint);
+    write_text(VBOARD_PROC_ROOT "/proc/bsp/footprint", profile.footprint);
+}
+
+bool soft_reset_closed()
+{
+    std::ifstream file(memory_env, std::ios::binary);
+    for (std::string record; std::getline(file, record, '\0');)
+        if (record == "package_set_flag=1")
+            return true;
+    return false;
 }
 
 } // namespace vboard

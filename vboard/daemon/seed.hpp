@@ -1,26 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a board finds in its file tree when it comes up: the stores of the platform, the start-up footprint,
-// the shims.
+// What a board finds in its file tree when it comes up: the stores of the platform and the start-up
+// footprint.
 #pragma once
 
 #include "model/board.hpp"
 
-#include <filesystem>
-#include <string>
-#include <vector>
-
 namespace vboard
 {
 
-// The preload shims, one for each kind of program, and how the dynamic linker of that kind calls its library
-// folder: with "$LIB" in the name one LD_PRELOAD serves them all.
-struct Shim {
-    std::string folder;
-    std::filesystem::path file;
-};
-constexpr const char *shim_preload = "/dev/vboard/$LIB/libvboard-preload.so";
+constexpr const char *ram_disk = "/opt/moxv8/SoftResetData";
 
-// Fills the tree that is the root directory now. Throws std::runtime_error.
-void seed_tree(const Profile &profile, const std::vector<Shim> &shims);
+// Each fills a part of the tree that is the root directory now. They throw std::runtime_error.
+void seed_lasting(const Profile &profile);  // what stays for good: only where it is missing
+void seed_ram_disk(const Profile &profile); // what survives a soft reset only
+void seed_volatile(const Profile &profile); // what is new with each start
+
+// Whether the platform has closed soft reset, in the memory environment.
+bool soft_reset_closed();
 
 } // namespace vboard

@@ -45,6 +45,12 @@ void Mounts::pivot(const std::string &root, const std::string &old) const
     check(chdir("/"), "enter the new root directory");
 }
 
+void Mounts::read_only(const std::string &target) const
+{
+    check(mount(nullptr, target.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY | MS_NOSUID, nullptr),
+          "protect " + target);
+}
+
 void Mounts::detach(const std::string &target) const
 {
     check(umount2(target.c_str(), MNT_DETACH), "detach " + target);

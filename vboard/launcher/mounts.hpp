@@ -21,6 +21,8 @@ class Mounts
     void bind(const std::string &source, const std::string &target) const;
     // Makes the mount at `root` the root directory; the old one lies at `root`/`old` afterwards.
     void pivot(const std::string &root, const std::string &old) const;
+    // Nobody writes to what is mounted at `target` any more.
+    void read_only(const std::string &target) const;
     void detach(const std::string &target) const;
 };
 

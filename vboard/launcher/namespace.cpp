@@ -5,8 +5,10 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <linux/capability.h>
 #include <sched.h>
 #include <stdexcept>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace vboard
@@ -92,10 +94,16 @@ OwnNamespace enter_own_namespace(const NamespaceCalls &calls)
     return OwnNamespace();
 }
 
+void give_up_reboot()
+{
+    prctl(PR_CAPBSET_DROP, CAP_SYS_BOOT, 0, 0, 0);
+}
+
 void join_namespaces(pid_t pid)
 {
     join(pid, "user", CLONE_NEWUSER);
     join(pid, "mnt", CLONE_NEWNS);
+    give_up_reboot();
 }
 
 } // namespace vboard

@@ -2,6 +2,7 @@
 #include "launcher/tree.hpp"
 
 #include "launcher/mounts.hpp"
+#include "launcher/power_commands.hpp"
 
 #include <array>
 #include <cerrno>
@@ -86,13 +87,31 @@ void make_devices(const Mounts &mounts)
         if (fs::exists(fs::symlink_status(below(host, path))))
             show(mounts, path);
     }
-    fs::create_symlink("/proc/self/fd", "/dev/fd");
-    fs::create_symlink("/proc/self/fd/0", "/dev/stdin");
-    fs::create_symlink("/proc/self/fd/1", "/dev/stdout");
-    fs::create_symlink("/proc/self/fd/2", "/dev/stderr");
-    fs::create_symlink("pts/ptmx", "/dev/ptmx");
+    make_device_links();
     fs::create_directory("/dev/shm");
     mounts.memory("vboard-shm", "/dev/shm", "mode=1777");
+}
+
+// Copies, which no program on the board can spoil: what they were copied from may be somebody's build folder,
+// and need not be reachable in the tree.
+void place_programs(const Mounts &mounts, const TreePlan &plan)
+{
+    const fs::path place = "/dev/vboard/lib";
+    fs::create_directories(place);
+    mounts.memory("vboard-lib", place, "mode=0755");
+    for (const Library &library : plan.libraries) {
+        const fs::path folder = fs::path("/dev/vboard") / library.folder;
+        fs::create_directories(folder);
+        fs::copy_file(below(host, library.file), folder / library.name);
+    }
+    const fs::path reboot = place / "reboot";
+    if (!plan.reboot.empty()) {
+        fs::copy_file(below(host, plan.reboot), reboot);
+        fs::permissions(reboot, static_cast<fs::perms>(0755));
+    }
+    mounts.read_only(place);
+    if (!plan.reboot.empty())
+        place_power_commands(mounts, reboot);
 }
 
 // Locks are the board's own: tools of the boot environment take one by a fixed name, and neither another
@@ -171,6 +190,20 @@ std::string foothold()
 
 } // namespace
 
+void make_device_links()
+{
+    static constexpr std::array<std::array<const char *, 2>, 5> links{{{"/proc/self/fd", "/dev/fd"},
+                                                                       {"/proc/self/fd/0", "/dev/stdin"},
+                                                                       {"/proc/self/fd/1", "/dev/stdout"},
+                                                                       {"/proc/self/fd/2", "/dev/stderr"},
+                                                                       {"pts/ptmx", "/dev/ptmx"}}};
+    for (const auto &[to, path] : links) {
+        std::error_code error; // what something is mounted on stays
+        fs::remove(path, error);
+        fs::create_symlink(to, path, error);
+    }
+}
+
 void prepare_tree(const fs::path &state)
 {
     for (const OwnDirectory &own : own_directories) {
@@ -192,6 +225,7 @@ void enter_tree(const OwnNamespace &proof, const TreePlan &plan)
 
     show_host(mounts);
     make_devices(mounts);
+    place_programs(mounts, plan);
     make_lock_directory(mounts);
     show_own(mounts, plan.state);
     keep_reachable(mounts, directory);
@@ -203,6 +237,7 @@ void enter_tree(const OwnNamespace &proof, const TreePlan &plan)
     mounts.detach(host);
     fs::remove(host);
     umask(mask);
+    give_up_reboot();
     if (chdir(directory.c_str()) != 0)
         throw std::runtime_error("the working directory " + directory.string() +
                                  " is out of reach in the board's file tree: " + std::strerror(errno));

@@ -90,7 +90,8 @@ int environment(unsigned request, const char *name, char *value)
 int main(int argc, char **argv)
 {
     using namespace client;
-    for (const Scenario *list : {descriptor_scenarios, request_scenarios, hostile_scenarios}) {
+    for (const Scenario *list :
+         {descriptor_scenarios, request_scenarios, hostile_scenarios, library_scenarios}) {
         for (; list->name; list++) {
             if (argc > 1 && std::strcmp(list->name, argv[1]) == 0) {
                 list->run(argc, argv);

@@ -180,6 +180,23 @@ TEST_P(Client, FindsTheFootprintInBothPlaces)
     EXPECT_EQ(outcome.out, "t0_s=0\nt0_s=0\ndone\n") << outcome.err;
 }
 
+TEST_P(Client, FindsThePlatformsLibrariesByName)
+{
+    const Outcome outcome = run({"mcu"}, {"--board", "qs3520-mpu"});
+    expect_done(outcome);
+    EXPECT_THAT(outcome.out, HasSubstr("status 1\n"));
+    EXPECT_THAT(outcome.err, HasSubstr("get /dev/board0 0x7f000001"));
+}
+
+TEST_P(Client, MayRebootTheBoard)
+{
+    const Outcome outcome = run({"reboot"}, {"--board", "qs3520-mpu"});
+    EXPECT_EQ(outcome.status, 137) << outcome.err;
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr("vboard: the board was reset ("));
+    EXPECT_THAT(outcome.err, HasSubstr(" reset\n"));
+}
+
 TEST_P(Client, CannotHarmTheBoard)
 {
     expect_done(run({"hostile"}));

@@ -178,7 +178,8 @@ TEST(Tree, WorksForAnOrdinaryUser)
     fs::copy_file(vboard_binary(), copy.path() / "bin/vboard");
     fs::copy_file(client_binary(), copy.path() / "bin/client");
     const fs::path build = fs::path(vboard_binary()).parent_path().parent_path();
-    fs::copy_file(build / "lib/libvboard-preload.so", copy.path() / "lib/libvboard-preload.so");
+    for (const char *part : {"lib/libvboard-preload.so", "lib/vboard-reboot"})
+        fs::copy_file(build / part, copy.path() / part);
     fs::copy(fs::canonical(build / "share/moxboot/boards"), copy.path() / "share/moxboot/boards");
     fs::create_directory(copy.path() / "state");
     ASSERT_EQ(chown((copy.path() / "state").c_str(), 65534, 65534), 0);
