@@ -24,6 +24,16 @@ class Console
     int out(std::string_view text) const;
     int err(std::string_view text) const;
 
+    // The real ones, for a program that a verb starts; -1 where one was closed.
+    int out_fd() const
+    {
+        return out_;
+    }
+    int err_fd() const
+    {
+        return err_;
+    }
+
   private:
     int out_;
     int err_;

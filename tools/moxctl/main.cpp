@@ -27,9 +27,18 @@ int print(const Console &console, const std::string &text, int status)
     return exit_failed;
 }
 
+Talk talk_through(const Console &console, bool json)
+{
+    const auto tell = [&console, json](const Outcome &outcome) {
+        return print(console, json ? as_json_line(outcome) : as_text(outcome), exit_done) == exit_done;
+    };
+    // What a program prints must not come between the objects.
+    return {tell, json ? console.err_fd() : console.out_fd(), console.err_fd()};
+}
+
 int run(const Console &console, const Request &request)
 {
-    const Outcome outcome = request.action();
+    const Outcome outcome = request.action(talk_through(console, request.json));
     int status = exit_done;
     if (!outcome.error.empty()) {
         complain(console, outcome.error);

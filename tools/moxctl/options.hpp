@@ -3,6 +3,7 @@
 #pragma once
 
 #include "facts.hpp"
+#include "talk.hpp"
 
 #include <functional>
 #include <string>
@@ -18,7 +19,7 @@ constexpr int exit_usage = 2;
 struct Request {
     bool json = false;
     bool verbose = false;
-    std::function<Outcome()> action;
+    std::function<Outcome(const Talk &)> action;
     int status = exit_done;
     std::string out;
     std::string err;

@@ -56,6 +56,25 @@ std::string meaning_of(const Answer &answer)
     return answer.failure ? describe(*answer.failure) : answer.meaning;
 }
 
+constexpr int on_one_line = -1;
+
+std::string json_text(const Outcome &outcome, int indent)
+{
+    if (outcome.facts.empty())
+        return {};
+    Json object = Json::object();
+    Json errors = Json::object();
+    for (const Fact &fact : outcome.facts) {
+        object[fact.key] = fact.answer.value;
+        if (const auto &failure = fact.answer.failure)
+            errors[fact.key] = {{"code", failure->code}, {"text", failure->reason}};
+    }
+    if (!errors.empty())
+        object["errors"] = errors;
+    // A boot variable may hold any bytes; those that are no UTF-8 are replaced.
+    return object.dump(indent, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
 } // namespace
 
 std::string as_text(const Outcome &outcome)
@@ -76,19 +95,13 @@ std::string as_text(const Outcome &outcome)
 
 std::string as_json(const Outcome &outcome)
 {
-    if (outcome.facts.empty())
-        return {};
-    Json object = Json::object();
-    Json errors = Json::object();
-    for (const Fact &fact : outcome.facts) {
-        object[fact.key] = fact.answer.value;
-        if (const auto &failure = fact.answer.failure)
-            errors[fact.key] = {{"code", failure->code}, {"text", failure->reason}};
-    }
-    if (!errors.empty())
-        object["errors"] = errors;
-    // A boot variable may hold any bytes; those that are no UTF-8 are replaced.
-    return object.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    constexpr int indent = 2;
+    return json_text(outcome, indent);
+}
+
+std::string as_json_line(const Outcome &outcome)
+{
+    return json_text(outcome, on_one_line);
 }
 
 } // namespace moxctl

@@ -40,6 +40,13 @@ Failure why(const Item &item, std::uint32_t result)
     return {result, "failed once, although the item could be read right after"};
 }
 
+Answer item_as_it_is(const Item &item)
+{
+    std::uint32_t value = 0;
+    const std::uint32_t result = drvboot_get_value_by_tlv(item.device, item.code, &value);
+    return result == 0 ? number(value) : unreadable(channel_failure(result));
+}
+
 Answer confirmed(Answer answer, const Item &item, const std::function<bool(std::uint32_t)> &fits)
 {
     std::uint32_t value = 0;

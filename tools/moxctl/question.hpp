@@ -21,6 +21,7 @@ struct Item {
 };
 
 inline constexpr Item item_hard_type = {"/dev/board0", 0x8000001};
+inline constexpr Item item_board_role = {"/dev/board0", 0x10002987};
 
 // What other answers depend on, asked once.
 struct Board {
@@ -44,6 +45,11 @@ struct Question {
 
 std::vector<Question> identity_questions();
 std::vector<Question> state_questions();
+
+// Whether the system can be reset softly.
+Answer soft_reset_supported();
+// An item that no function of the library tells, as it is.
+Answer item_as_it_is(const Item &item);
 
 // Why an item could not be read: the channel's result of asking it once more, because many functions of the
 // library tell only that they failed. `result` is what the function told.

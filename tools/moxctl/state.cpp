@@ -4,7 +4,7 @@
 #include "question.hpp"
 #include "reason.hpp"
 
-#include <moxboot/channel.h>
+#include <moxboot/driver.h>
 
 namespace moxctl
 {
@@ -12,7 +12,6 @@ namespace moxctl
 namespace
 {
 
-constexpr Item item_board_role = {"/dev/board0", 0x10002987};
 constexpr Item item_role = {"/dev/board0", 0x10002858};
 constexpr Item item_mmb = {"/dev/board0", 0x10002980};
 constexpr Item item_active = {"/dev/board0", 0x10002982};
@@ -84,9 +83,7 @@ Answer board_role(const Board &)
 // The library's own function for this item never tells it, so it is read as it is.
 Answer role_item(const Board &)
 {
-    std::uint32_t role = 0;
-    const std::uint32_t result = drvboot_get_value_by_tlv(item_role.device, item_role.code, &role);
-    return result == 0 ? number(role) : unreadable(channel_failure(result));
+    return item_as_it_is(item_role);
 }
 
 Answer backup_state(const Board &)
@@ -151,7 +148,7 @@ Answer coming_reset_mode(const Board &)
 
 Answer soft_reset(const Board &)
 {
-    return yes_or_confirmed_no(drvboot_impl_is_system_support_softrst(), item_soft_reset, is_zero);
+    return soft_reset_supported();
 }
 
 Answer block_time(const Board &)
@@ -186,6 +183,11 @@ Answer bootp(const Board &)
 }
 
 } // namespace
+
+Answer soft_reset_supported()
+{
+    return yes_or_confirmed_no(drvboot_impl_is_system_support_softrst(), item_soft_reset, is_zero);
+}
 
 std::vector<Question> state_questions()
 {

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-// The verbs. Each asks the library and hands back what it found; none prints.
+// The verbs. Each asks the library and hands back what it found; none prints but through its Talk.
 #pragma once
 
 #include "facts.hpp"
+#include "talk.hpp"
+
+#include <moxboot/driver.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace moxctl
 {
@@ -21,5 +26,50 @@ Outcome times(unsigned footprint_steps);
 
 Outcome get_item(const std::string &device, std::uint32_t code);
 Outcome set_item(const std::string &device, std::uint32_t code, std::uint32_t value);
+
+// A board to ask about in place of this one; what is left out is this one's.
+struct OtherBoard {
+    std::optional<std::uint32_t> hard_type;
+    std::string flash; // one of flash_names(); empty: left out
+    std::optional<std::uint32_t> family_type;
+};
+std::vector<std::string> flash_names();
+Outcome families(const OtherBoard &other);
+
+Outcome get_backup_state();
+Outcome set_backup_state(std::uint32_t state);
+Outcome backup_paths();
+
+Outcome mcu();
+
+Outcome reset_reason();
+
+// The reason that moxctl gives for a reset when it is told none: "MOX" and a number, so that it is nobody
+// else's.
+constexpr std::uint32_t reset_by_moxctl = 0x4d4f5801;
+
+struct RebootOrder {
+    std::uint32_t reason = reset_by_moxctl;
+    MoxResetDate date = {};
+    bool soft = false;
+};
+Outcome reboot(const RebootOrder &order, const Talk &talk); // comes back only when the board stays up
+Outcome prepare_reboot(const RebootOrder &order);
+
+Outcome control_watchdog(std::uint32_t operation);
+Outcome feed_watchdog(unsigned count, unsigned every_ms);
+
+Outcome switch_soft_reset(bool open);
+Outcome soft_reset_status();
+
+Outcome announce_reset();
+
+struct ListenOrder {
+    std::string name;      // to register under
+    std::string command;   // empty: none
+    std::string mode_file; // empty: none
+    unsigned timeout;      // seconds; 0: wait for ever
+};
+Outcome listen_for_reset(const ListenOrder &order, const Talk &talk);
 
 } // namespace moxctl

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "words.hpp"
 
-#include <moxboot/driver.h>
+#include <moxboot/backup.h>
+#include <moxboot/pre_reset.h>
+#include <moxboot/reset.h>
 
 #include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
 
 namespace moxctl
 {
@@ -63,6 +68,90 @@ std::string check_variable_name(const std::string &word)
 std::string check_variable_value(const std::string &word)
 {
     return check_length(word, "a boot variable's value", longest_text);
+}
+
+std::string check_reset_reason(const std::string &word)
+{
+    if (parse_number(word) == MOX_RESET_FAST)
+        return "reason 0 asks for a fast reboot, which does nothing; give another one";
+    return check_number(word);
+}
+
+std::optional<MoxResetDate> parse_date(const std::string &word)
+{
+    constexpr std::string_view form = "dddd-dd-ddTdd:dd:dd";
+    if (word.size() != form.size())
+        return std::nullopt;
+    unsigned parts[6] = {};
+    unsigned *part = parts;
+    for (std::size_t i = 0; i < form.size(); ++i) {
+        const char c = word[i];
+        const bool digit = c >= '0' && c <= '9';
+        if (digit != (form[i] == 'd') || (!digit && c != form[i]))
+            return std::nullopt;
+        if (digit)
+            *part = *part * 10 + static_cast<unsigned>(c - '0');
+        else
+            ++part;
+    }
+    const auto [year, month, day, hour, minute, second] = parts;
+    const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(year)),
+                                           std::chrono::month(month), std::chrono::day(day)};
+    if (!date.ok() || hour > 23 || minute > 59 || second > 59)
+        return std::nullopt;
+    const auto byte = [](unsigned value) { return static_cast<std::uint8_t>(value); };
+    return MoxResetDate{
+        static_cast<std::uint16_t>(year), byte(month), byte(day), byte(hour), byte(minute), byte(second)};
+}
+
+std::string check_date(const std::string &word)
+{
+    if (parse_date(word))
+        return {};
+    return '"' + word + "\" is no time; write it as YYYY-MM-DDThh:mm:ss";
+}
+
+MoxResetDate date_now()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    ::localtime_r(&now, &local);
+    const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };
+    return {static_cast<std::uint16_t>(local.tm_year + 1900),
+            byte(local.tm_mon + 1),
+            byte(local.tm_mday),
+            byte(local.tm_hour),
+            byte(local.tm_min),
+            byte(local.tm_sec)};
+}
+
+std::string date_text(const MoxResetDate &date)
+{
+    char text[40];
+    std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", date.year, date.month, date.day,
+                  date.hour, date.minute, date.second);
+    return text;
+}
+
+std::string check_module_name(const std::string &word)
+{
+    return word.empty() ? "a module needs a name"
+                        : check_length(word, "a module's name", MOX_PRE_RESET_NAME_SIZE - 1);
+}
+
+std::optional<std::uint32_t> parse_backup_state(const std::string &word)
+{
+    if (word == "0" || word == "ready")
+        return MOX_BACKUP_READY;
+    if (word == "1" || word == "unready")
+        return MOX_BACKUP_UNREADY;
+    return std::nullopt;
+}
+
+std::string check_backup_state(const std::string &word)
+{
+    return parse_backup_state(word) ? std::string()
+                                    : '"' + word + "\" is no backup state; it is 0 or ready, 1 or unready";
 }
 
 } // namespace moxctl

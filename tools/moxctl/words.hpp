@@ -3,6 +3,8 @@
 // wrong, and nothing when all is well.
 #pragma once
 
+#include <moxboot/driver.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,5 +23,20 @@ std::string check_device(const std::string &word);
 // The library would cut or misreport what is longer than the store can hold.
 std::string check_variable_name(const std::string &word);
 std::string check_variable_value(const std::string &word);
+
+// A reason that a reset can be asked for with.
+std::string check_reset_reason(const std::string &word);
+
+// A time of the calendar, "2024-03-01T08:00:05", as a reset is recorded with.
+std::optional<MoxResetDate> parse_date(const std::string &word);
+std::string check_date(const std::string &word);
+MoxResetDate date_now();
+std::string date_text(const MoxResetDate &date);
+
+// A name that the library's table of callbacks has room for.
+std::string check_module_name(const std::string &word);
+
+std::optional<std::uint32_t> parse_backup_state(const std::string &word);
+std::string check_backup_state(const std::string &word);
 
 } // namespace moxctl
