@@ -82,6 +82,7 @@ TEST_F(RawReset, TheModeIsAskedWithRoomForEightBytes)
 // Neither header nor type of the reply is looked at, only its status and where the record stands.
 TEST_F(RawReset, TheReasonStandsWhereTheReplySays)
 {
+    in_shown = 20;
     reply = words({7, 7, 7, 4, 0, 7, 12, 0x010100d9, 0x010307e8, 0xff050008}, 100);
     char text[72];
     std::uint32_t code = 0;
