@@ -58,23 +58,22 @@ DeviceServer::DeviceServer(Board &board, WriteSink sink) : board_(board), sink_(
 
 DeviceServer::~DeviceServer()
 {
-    while (!all_gone())
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (!hang_up())
+        continue;
 }
 
-bool DeviceServer::all_gone()
-{
-    const std::lock_guard lock(mutex_);
-    for (const auto &connection : connections_)
-        shutdown(connection->socket.get(), SHUT_RDWR);
-    return connections_.empty();
-}
-
-void DeviceServer::hang_up()
+bool DeviceServer::hang_up()
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-    while (!all_gone() && std::chrono::steady_clock::now() < end)
+    for (std::unique_lock lock(mutex_); !connections_.empty(); lock.lock()) {
+        for (const auto &connection : connections_)
+            shutdown(connection->socket.get(), SHUT_RDWR);
+        lock.unlock();
+        if (std::chrono::steady_clock::now() > end)
+            return false;
         std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return true;
 }
 
 void DeviceServer::make_nodes()

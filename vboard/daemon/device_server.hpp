@@ -41,8 +41,8 @@ class DeviceServer
     void settle();
 
     // Ends all connections: no program has a device open any more. Waits, for two seconds at most, for
-    // requests that are told to take their time.
-    void hang_up();
+    // requests that are told to take their time; false when some still do.
+    bool hang_up();
 
   private:
     struct Node {
@@ -56,7 +56,6 @@ class DeviceServer
     bool handle_request(Connection &connection, Packet packet, const wire::Request &request);
     IoResult write(const Connection &connection, const Bytes &data, int pid);
     bool idle();
-    bool all_gone();
 
     Board &board_;
     WriteSink sink_;

@@ -21,12 +21,13 @@ namespace vboard
 namespace
 {
 
-constexpr std::size_t most_output = 64 * 1024;
+constexpr std::size_t most_output = std::size_t{64} * 1024;
 
 // Starts "/bin/sh -c COMMAND" with its output going to `output`. 0 when it cannot be started.
 pid_t start(const std::string &command, const std::vector<std::string> &environment, int output)
 {
     std::vector<char *> variables;
+    variables.reserve(environment.size() + 1);
     for (const std::string &variable : environment)
         variables.push_back(const_cast<char *>(variable.c_str()));
     variables.push_back(nullptr);

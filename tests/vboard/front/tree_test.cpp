@@ -183,12 +183,18 @@ TEST(Tree, WorksForAnOrdinaryUser)
     fs::copy(fs::canonical(build / "share/moxboot/boards"), copy.path() / "share/moxboot/boards");
     fs::create_directory(copy.path() / "state");
     ASSERT_EQ(chown((copy.path() / "state").c_str(), 65534, 65534), 0);
-    const std::string line = "cd " + copy.path().string() +
-                             " && exec setpriv --reuid=65534 --regid=65534 --clear-groups sh -ec '"
-                             "bin/vboard tree -- true; bin/vboard run --state state -- bin/client one;"
-                             "bin/vboard up --state state; bin/vboard exec --state state -- bin/client one;"
-                             "bin/vboard exec --state state -- id -u; bin/vboard down --state state'";
+    const std::string line =
+        "cd " + copy.path().string() +
+        " && exec setpriv --reuid=65534 --regid=65534 --clear-groups sh -ec '"
+        "bin/vboard tree -- true; bin/vboard run --state state -- bin/client one;"
+        "bin/vboard up --state state; bin/vboard exec --state state -- bin/client one;"
+        "bin/vboard exec --state state -- id -u; bin/vboard reset --cold --state state;"
+        "bin/vboard exec --state state -- /sbin/reboot --version | grep -q ^vboard;"
+        "bin/vboard exec --state state -- /sbin/reboot || echo $?;"
+        "bin/vboard exec --state state -- bin/client one; bin/vboard down --state state'";
     const Outcome outcome = start({"sh", "-c", line});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(outcome.out, "0x900005f3\ndone\n0x900005f3\ndone\n65534\n") << outcome.err;
+    EXPECT_EQ(outcome.out, "0x900005f3\ndone\n0x900005f3\ndone\n65534\ncold reset\n137\n"
+                           "0x900005f3\ndone\n")
+        << outcome.err;
 }
