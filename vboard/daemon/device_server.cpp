@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "daemon/device_server.hpp"
 
+#include "daemon/device_nodes.hpp"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <filesystem>
-#include <set>
 #include <sys/socket.h>
 #include <system_error>
 #include <thread>
@@ -15,35 +16,6 @@ namespace vboard
 {
 
 namespace fs = std::filesystem;
-
-namespace
-{
-
-// Where the node of a device lies: what the board has in "/proc" cannot be put there, the shim looks
-// elsewhere.
-fs::path node_path(const std::string &device)
-{
-    return device.starts_with("/proc/") ? VBOARD_PROC_ROOT + device : device;
-}
-
-// The driver's own devices; a board may have more, by its items.
-std::set<std::string> known_devices(const Board &board)
-{
-    std::set<std::string> devices{"/dev/board0", "/dev/chassis0",   "/dev/envinfo0", "/dev/ttyS0",
-                                  "/dev/tpm0",   "/dev/module_crl", "/proc/wdt"};
-    for (int slot = 1; slot <= 32; slot++)
-        devices.insert("/dev/slot" + std::to_string(slot));
-    for (const auto &[device, items] : board.profile().items)
-        devices.insert(device);
-    // A node replaces what lies at its path, so a profile gets nowhere else with it.
-    std::erase_if(devices, [&](const std::string &device) {
-        const bool placed = device.starts_with("/dev/") || device.starts_with("/proc/");
-        return !placed || fs::path(device).lexically_normal() != device || !board.serves(device);
-    });
-    return devices;
-}
-
-} // namespace
 
 struct DeviceServer::Connection {
     std::string device;
@@ -79,7 +51,7 @@ bool DeviceServer::hang_up()
 void DeviceServer::make_nodes()
 {
     nodes_.clear();
-    for (const std::string &device : known_devices(board_)) {
+    for (const std::string &device : driver_devices(board_)) {
         const fs::path path = node_path(device);
         fs::create_directories(path.parent_path());
         Descriptor socket = listen_at(path, SOCK_SEQPACKET, 0666);
