@@ -31,10 +31,14 @@ extern MOXBOOT_API uint32_t g_backupState;
  */
 MOXBOOT_API int32_t MOX_GetSysBackupPath(const char *dir, char *out, uint32_t out_len);
 
-/** Path of the backup of "/opt/moxv8/home/", by the board's hard type. Arguments and results as above. */
+/**
+ * Path of the backup of "/opt/moxv8/home/", by the board's hard type. Arguments and results as above; a null
+ * pointer counts as a path that does not fit.
+ */
 MOXBOOT_API uint32_t DrvbootGetBackupPathofHome(char *out, uint32_t out_len);
 /**
- * Path of the backup of "/opt/moxv8/data/", by hard type and product family. Arguments and results as above.
+ * Path of the backup of "/opt/moxv8/data/", by hard type and product family. Arguments and results as for
+ * DrvbootGetBackupPathofHome().
  */
 MOXBOOT_API uint32_t DrvbootGetBackupPathofData(char *out, uint32_t out_len);
 

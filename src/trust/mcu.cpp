@@ -21,8 +21,26 @@ constexpr uint32_t online = 0;
 using GetOnlineStatus = uint32_t(uint32_t board, uint32_t subboard, uint32_t *status);
 using GetDieId = uint32_t(uint8_t *id, uint32_t size, uint32_t *length);
 
-// Asks for the die id; the library is closed when this returns.
-bool read_die_id(uint8_t *id, uint32_t size, uint32_t *length)
+// These two ask one library. It is closed when they return, before the answer is logged. False: it could not
+// be asked, and that has been logged.
+bool ask_online_status(uint32_t *result, uint32_t *status)
+{
+    LoadedLibrary library("libdrv_basic.so");
+    if (!library.valid()) {
+        syslog(LOG_INFO, "[drv_boot]dlopen libdrv_basic.so unsuccessfully.");
+        return false;
+    }
+    auto *get_online_status = library.function<GetOnlineStatus>("drv_subboard_get_online_status");
+    if (get_online_status == nullptr) {
+        // The words of the name stand in another order here: who greps the log knows this line.
+        syslog(LOG_INFO, "[drv_boot]dlsym func:drv_get_subboard_online_status unsuccessfully.");
+        return false;
+    }
+    *result = get_online_status(this_board, mcu_subboard, status);
+    return true;
+}
+
+bool ask_die_id(uint32_t *result, uint8_t *id, uint32_t size, uint32_t *length)
 {
     LoadedLibrary library("libdrv_secure.so");
     if (!library.valid()) {
@@ -34,28 +52,18 @@ bool read_die_id(uint8_t *id, uint32_t size, uint32_t *length)
         syslog(LOG_INFO, "[drv_boot]dlsym func:drv_sec_mcu_get_mcu_die_id unsuccessfully.");
         return false;
     }
-    uint32_t result = get_die_id(id, size, length);
-    syslog(LOG_INFO, "[drv_boot]get_mcu id ret:%u len %u", result, *length);
-    return result == ok;
+    *result = get_die_id(id, size, length);
+    return true;
 }
 
 } // namespace
 
 uint32_t MOX_IsSupportMcu(void)
 {
-    LoadedLibrary library("libdrv_basic.so");
-    if (!library.valid()) {
-        syslog(LOG_INFO, "[drv_boot]dlopen libdrv_basic.so unsuccessfully.");
-        return 0;
-    }
-    auto *get_online_status = library.function<GetOnlineStatus>("drv_subboard_get_online_status");
-    if (get_online_status == nullptr) {
-        // The words of the name stand in another order here: who greps the log knows this line.
-        syslog(LOG_INFO, "[drv_boot]dlsym func:drv_get_subboard_online_status unsuccessfully.");
-        return 0;
-    }
+    uint32_t result = 0;
     uint32_t status = 0;
-    uint32_t result = get_online_status(this_board, mcu_subboard, &status);
+    if (!ask_online_status(&result, &status))
+        return 0;
     syslog(LOG_INFO, "[drv_boot]get_mcu_status ret:%u, status:%u", result, status);
     return result == ok && status == online ? 1 : 0;
 }
@@ -68,7 +76,11 @@ uint32_t MOX_GetMcuID(char *id, uint32_t *length)
     }
     const uint32_t room = *length;
     uint8_t bytes[MOX_MCU_DIE_ID_MAX] = {};
-    if (!read_die_id(bytes, sizeof bytes, length))
+    uint32_t result = 0;
+    if (!ask_die_id(&result, bytes, sizeof bytes, length))
+        return failed;
+    syslog(LOG_INFO, "[drv_boot]get_mcu id ret:%u len %u", result, *length);
+    if (result != ok)
         return failed;
     uint32_t written = 0;
     if (*length != 0) {

@@ -81,6 +81,17 @@ constexpr std::string_view texts[] = {
     "t%u_ms=",
     "t%u_des=",
     "Not succeed to get softrst supported status, ret is 0x%x.\r\n",
+    "Drvboot get board type unsuccess.\n",
+    "Drvboot get board type unsuccessfully.\n",
+    "Drvboot Install Runfile By Hardtype NOK for get hard type NOK\n",
+    "Drvboot Install Runfile By Hardtype NOK for get 3520 next gen bios hard type NOK\n",
+    "Drvboot Install Runfile By Hardtype NOK for get 3540 next gen bios hard type NOK\n",
+    "Drvboot Install Runfile for get 3540 otherFlash hard type NOK\n",
+    "Drvboot Install Runfile By Hardtype NOK for get 3540 nandFlash hard type NOK\n",
+    "product_family_type",
+    "[drv_boot] product not ptn box.\n",
+    "BOOTMEDIA",
+    "get board type unsuccess.\n",
 };
 
 TEST(BoardTexts, StandInTheLibraryAsTheyArePrinted)
