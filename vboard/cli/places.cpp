@@ -99,7 +99,7 @@ std::vector<Library> libraries()
 
 fs::path reboot_program()
 {
-    const fs::path program = part("vboard-reboot");
+    fs::path program = part("vboard-reboot");
     if (program.empty())
         throw std::runtime_error("vboard-reboot is missing: it lies in ../lib beside " +
                                  own_binary().string());

@@ -22,29 +22,33 @@ namespace
 
 constexpr auto patience = std::chrono::seconds(5);
 
-bool same(const std::string &one, const std::string &other)
+// Where a task (a process, or one thread of it) lives.
+struct Home {
+    struct stat mounts, root;
+};
+
+// False for a task that has ended: it lives nowhere.
+bool home_of(const std::string &task, Home &home)
 {
-    struct stat a, b;
-    return stat(one.c_str(), &a) == 0 && stat(other.c_str(), &b) == 0 && a.st_dev == b.st_dev &&
-           a.st_ino == b.st_ino;
+    return stat((task + "/ns/mnt").c_str(), &home.mounts) == 0 &&
+           stat((task + "/root").c_str(), &home.root) == 0;
 }
 
-// Whether a task (a process, or one thread of it) lives on this process's board. A task that has ended lives
-// nowhere.
-bool on_board(const std::string &task)
+bool same(const struct stat &one, const struct stat &other)
 {
-    return same(task + "/ns/mnt", "/proc/self/ns/mnt") || same(task + "/root", "/proc/self/root");
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-bool lives_on_board(const std::string &process)
+bool lives_at(const std::string &process, const Home &board)
 {
-    if (on_board(process))
-        return true;
+    Home home{};
+    if (home_of(process, home))
+        return same(home.mounts, board.mounts) || same(home.root, board.root);
     // The first thread may have ended before the others.
     std::error_code error;
     for (fs::directory_iterator task(process + "/task", error), end; !error && task != end;
          task.increment(error))
-        if (on_board(task->path()))
+        if (home_of(task->path(), home) && (same(home.mounts, board.mounts) || same(home.root, board.root)))
             return true;
     return false;
 }
@@ -52,14 +56,18 @@ bool lives_on_board(const std::string &process)
 std::vector<Descriptor> programs()
 {
     std::vector<Descriptor> found;
+    Home board{};
+    if (!home_of("/proc/self", board))
+        return found;
     std::error_code error;
     for (fs::directory_iterator entry("/proc", error), end; !error && entry != end; entry.increment(error)) {
         const std::string name = entry->path().filename();
-        if (!std::isdigit(static_cast<unsigned char>(name[0])) || name == std::to_string(getpid()))
+        if (!std::isdigit(static_cast<unsigned char>(name[0])) || name == std::to_string(getpid()) ||
+            !lives_at(entry->path(), board))
             continue;
-        // First the handle, then the look: so both mean the same process.
+        // Looked at once more through the handle's eyes: the number may have been used again in between.
         Descriptor handle = process_handle(std::stoi(name));
-        if (handle && lives_on_board(entry->path()))
+        if (handle && lives_at(entry->path(), board))
             found.push_back(std::move(handle));
     }
     return found;
