@@ -66,6 +66,42 @@ INSTANTIATE_TEST_SUITE_P(
         std::pair<Words, std::string>{{"item", "get", "board0123456789", "1"},
                                       "20 characters is too long; at most 19"}));
 
+INSTANTIATE_TEST_SUITE_P(
+    resets, Usage,
+    testing::Values(
+        std::pair<Words, std::string>{{"reset-reason", "more"}, "\"more\" is not understood here"},
+        std::pair<Words, std::string>{{"reboot", "--reason", "soon"}, "is no 32-bit number"},
+        std::pair<Words, std::string>{{"reboot", "--reason", "0"}, "a fast reboot, which does nothing"},
+        std::pair<Words, std::string>{{"reboot", "--reason", "0x00"}, "a fast reboot, which does nothing"},
+        std::pair<Words, std::string>{{"reboot", "--reason", ""}, "is no 32-bit number"},
+        std::pair<Words, std::string>{{"reboot", "--soft", "--prepare"}, "excludes"},
+        std::pair<Words, std::string>{{"reboot", "--time", "now"}, "YYYY-MM-DDThh:mm:ss"},
+        std::pair<Words, std::string>{{"reboot", "--time", ""}, "YYYY-MM-DDThh:mm:ss"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2023-02-29T00:00:00"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-13-01T00:00:00"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-00-01T00:00:00"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-03-01T24:00:00"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-03-01T00:60:00"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-03-01T00:00:60"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-03-01 00:00:00"}, "is no time"},
+        std::pair<Words, std::string>{{"reboot", "--time", "2024-03-0aT00:00:00"}, "is no time"},
+        std::pair<Words, std::string>{{"pre-reset"}, "subcommand is required"},
+        std::pair<Words, std::string>{{"pre-reset", "listen", "--name", "12345678"},
+                                      "name of 8 characters is too long; at most 7"},
+        std::pair<Words, std::string>{{"pre-reset", "listen", "--name", ""}, "a module needs a name"},
+        std::pair<Words, std::string>{{"pre-reset", "listen", "--timeout", "0"}, "--timeout"},
+        std::pair<Words, std::string>{{"wdt"}, "subcommand is required"},
+        std::pair<Words, std::string>{{"wdt", "start", "now"}, "\"now\" is not understood here"},
+        std::pair<Words, std::string>{{"wdt", "feed", "--count", "0"}, "--count"},
+        std::pair<Words, std::string>{{"wdt", "feed", "--every", "0"}, "--every"},
+        std::pair<Words, std::string>{{"soft-reset"}, "subcommand is required"},
+        std::pair<Words, std::string>{{"backup"}, "subcommand is required"},
+        std::pair<Words, std::string>{{"backup", "state", "2"}, "it is 0 or ready, 1 or unready"},
+        std::pair<Words, std::string>{{"backup", "state", ""}, "it is 0 or ready, 1 or unready"},
+        std::pair<Words, std::string>{{"families", "--hard-type", "big"}, "is no 32-bit number"},
+        std::pair<Words, std::string>{{"families", "--flash", "disk"}, "--flash"},
+        std::pair<Words, std::string>{{"families", "--family-type", "-8"}, "is no 32-bit number"}));
+
 class Help : public testing::TestWithParam<Words>
 {
 };
@@ -91,6 +127,16 @@ INSTANTIATE_TEST_SUITE_P(moxctl, Help,
                                          Words{"env", "get"}, Words{"env", "set"}, Words{"env", "clear"},
                                          Words{"env", "save"}, Words{"item"}, Words{"item", "get"},
                                          Words{"item", "set"}));
+
+INSTANTIATE_TEST_SUITE_P(resets, Help,
+                         testing::Values(Words{"families"}, Words{"mcu"}, Words{"backup"},
+                                         Words{"backup", "state"}, Words{"backup", "paths"},
+                                         Words{"reset-reason"}, Words{"reboot"}, Words{"pre-reset"},
+                                         Words{"pre-reset", "announce"}, Words{"pre-reset", "listen"},
+                                         Words{"wdt"}, Words{"wdt", "start"}, Words{"wdt", "stop"},
+                                         Words{"wdt", "feed"}, Words{"soft-reset"},
+                                         Words{"soft-reset", "open"}, Words{"soft-reset", "close"},
+                                         Words{"soft-reset", "status"}));
 
 TEST(CommandLine, The_version_is_the_projects)
 {

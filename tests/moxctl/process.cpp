@@ -3,11 +3,13 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace test
@@ -89,10 +91,11 @@ void PrintTo(const Ended &ended, std::ostream *out)
          << ended.err << "---";
 }
 
-Ended run(const std::vector<std::string> &words, Output output)
+namespace
 {
-    const Taken out;
-    const Taken err;
+
+pid_t start(const std::vector<std::string> &words, const Taken &out, const Taken &err, Output output)
+{
     std::vector<char *> arguments;
     arguments.reserve(words.size() + 1);
     for (const std::string &word : words)
@@ -107,12 +110,74 @@ Ended run(const std::vector<std::string> &words, Output output)
         ::execvp(arguments[0], arguments.data());
         ::_exit(127);
     }
-    int status = 0;
-    while (child > 0 && ::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
     if (child < 0)
         throw std::runtime_error("cannot start a process");
+    return child;
+}
+
+Ended ended_with(int status, const Taken &out, const Taken &err)
+{
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.text(), err.text()};
+}
+
+} // namespace
+
+Ended run(const std::vector<std::string> &words, Output output)
+{
+    const Taken out;
+    const Taken err;
+    const pid_t child = start(words, out, err, output);
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return ended_with(status, out, err);
+}
+
+struct Running::Outputs {
+    Taken out;
+    Taken err;
+};
+
+Running::Running(const std::vector<std::string> &words)
+    : outputs_(std::make_unique<Outputs>()), child_(start(words, outputs_->out, outputs_->err, Output::taken))
+{
+}
+
+Running::~Running()
+{
+    if (ended())
+        return;
+    ::kill(child_, SIGTERM);
+    wait();
+}
+
+bool Running::ended()
+{
+    if (child_ > 0 && ::waitpid(child_, &status_, WNOHANG) == child_)
+        child_ = -1;
+    return child_ < 0;
+}
+
+bool Running::said(const std::string &text)
+{
+    const auto last = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    do {
+        // Looked at in this order, so that the last words of a program that has just ended count.
+        const bool over = ended() || std::chrono::steady_clock::now() > last;
+        if (outputs_->out.text().find(text) != std::string::npos)
+            return true;
+        if (over)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    } while (true);
+}
+
+Ended Running::wait()
+{
+    while (child_ > 0 && ::waitpid(child_, &status_, 0) < 0 && errno == EINTR) {
+    }
+    child_ = -1;
+    return ended_with(status_, outputs_->out, outputs_->err);
 }
 
 } // namespace test

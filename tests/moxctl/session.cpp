@@ -59,12 +59,22 @@ Session::~Session()
     std::filesystem::remove_all(state_, error);
 }
 
-Ended Session::vboard(const Words &verb, const Words &rest, const Words &command)
+Words Session::vboard_words(const Words &verb, const Words &rest, const Words &command) const
 {
     Words words = joined({{VBOARD_PROGRAM}, verb, {"--state", state_}, rest});
     if (!command.empty())
         words = joined({words, {"--"}, command});
-    return run(words);
+    return words;
+}
+
+Ended Session::vboard(const Words &verb, const Words &rest, const Words &command)
+{
+    return run(vboard_words(verb, rest, command));
+}
+
+Words Session::moxctl_words(const Words &words) const
+{
+    return vboard_words({"exec"}, {}, joined({{MOXCTL_PROGRAM}, words}));
 }
 
 void Session::must(const Ended &ended) const
@@ -89,14 +99,19 @@ void Session::start_board(const std::string &name)
 
 void Session::start_with_footprint(const std::string &footprint)
 {
-    std::string text = "name = \"footprint\"\ndescription = \"only a footprint\"\nfootprint = \"";
+    std::string text = "footprint = \"";
     for (const char c : footprint) {
         char escape[8];
         std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(static_cast<unsigned char>(c)));
         text += escape;
     }
-    const std::string profile = state_ + "-footprint.toml";
-    std::ofstream(profile) << text << "\"\n";
+    start_with_profile(text + "\"\n");
+}
+
+void Session::start_with_profile(const std::string &text)
+{
+    const std::string profile = state_ + "-profile.toml";
+    std::ofstream(profile) << "name = \"test\"\ndescription = \"a test's board\"\n" << text;
     start_board(profile);
     std::filesystem::remove(profile);
 }
@@ -111,7 +126,7 @@ void Session::restart()
 
 Ended Session::moxctl(const Words &words)
 {
-    return on_board(joined({{MOXCTL_PROGRAM}, words}));
+    return run(moxctl_words(words));
 }
 
 Ended Session::on_board(const Words &command)
@@ -146,6 +161,11 @@ void Session::remove_item(const std::string &device, std::uint32_t item)
     must(vboard({"set"}, {device, hex(item), "--remove"}));
 }
 
+void Session::set_variable(const std::string &name, const std::string &value)
+{
+    must(vboard({"setenv"}, {name, value}));
+}
+
 void Session::fault(const Words &words)
 {
     must(vboard({"fault", "add"}, words));
@@ -156,22 +176,27 @@ void Session::clear_faults()
     must(vboard({"fault", "clear"}));
 }
 
-std::vector<std::string> Session::asked()
+std::vector<json> Session::journal()
 {
     const Ended ended = vboard({"log"}, {"--json"});
     must(ended);
-    std::vector<std::string> result;
+    std::vector<json> events;
     std::istringstream lines(ended.out);
-    std::size_t count = 0;
-    for (std::string line; std::getline(lines, line); ++count) {
-        if (count < seen_)
-            continue;
-        const json event = json::parse(line);
+    for (std::string line; std::getline(lines, line);)
+        events.push_back(json::parse(line));
+    return events;
+}
+
+std::vector<std::string> Session::asked()
+{
+    const std::vector<json> events = journal();
+    std::vector<std::string> result;
+    for (; seen_ < events.size(); ++seen_) {
+        const json &event = events[seen_];
         if (event.at("op") == "ioctl")
             result.push_back(event.at("what").get<std::string>() + " " +
                              event.at("device").get<std::string>());
     }
-    seen_ = count;
     return result;
 }
 

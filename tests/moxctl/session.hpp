@@ -37,6 +37,7 @@ class Session : public testing::Test
     void start(std::uint32_t hard_type, const Words &options = {});
     void start_board(const std::string &name);
     void start_with_footprint(const std::string &footprint); // a board that has nothing else
+    void start_with_profile(const std::string &text);        // without its name
     void restart();                                          // switched off and on
     Ended moxctl(const Words &words);
     // The object that moxctl prints with --json, which must end with `status`.
@@ -45,14 +46,20 @@ class Session : public testing::Test
     std::string output(const Words &words);
 
     Ended on_board(const Words &command);
+    // The command line that runs moxctl on the board.
+    Words moxctl_words(const Words &words) const;
     void set_item(const std::string &device, std::uint32_t item, std::uint32_t value);
     void remove_item(const std::string &device, std::uint32_t item);
     void fault(const Words &words);
     void clear_faults();
+    void set_variable(const std::string &name, const std::string &value); // of the boot environment
+    // Every operation on the driver so far, as the journal has it.
+    std::vector<json> journal();
     // What was asked of the driver since the last call: "get /dev/board0 0x8000001", "env read", "open ...".
     std::vector<std::string> asked();
 
   private:
+    Words vboard_words(const Words &verb, const Words &rest, const Words &command) const;
     Ended vboard(const Words &verb, const Words &rest = {}, const Words &command = {});
     void must(const Ended &ended) const;
 

@@ -16,9 +16,10 @@
 #include <fstream>
 #include <mutex>
 #include <optional>
-#include <sstream>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace moxctl
 {
@@ -35,7 +36,7 @@ struct Cycle {
     bool ended = false;    // the thread
     bool called = false;   // the callback
     bool given_up = false; // an announcement would come too late
-    std::string error;     // what went wrong in it
+    std::string error;     // what went wrong in the callback
 };
 
 // Never destroyed: the thread may still wait when moxctl ends.
@@ -100,6 +101,13 @@ bool sleeps(pid_t thread)
     return name_end != std::string::npos && line.compare(name_end, 3, ") S") == 0;
 }
 
+// The library leaves alone what lies at the pipe's place, and takes it for the pipe.
+bool pipe_exists()
+{
+    struct stat status = {};
+    return ::stat(MOX_PRE_RESET_REQUEST_PIPE, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 // Until the library's thread waits in front of the pipe: an announcement before that finds nobody.
 void await_readiness(Cycle &at)
 {
@@ -116,6 +124,21 @@ void await_readiness(Cycle &at)
     }
 }
 
+bool ended_early(Cycle &at)
+{
+    const std::lock_guard lock(at.mutex);
+    return at.ended && !at.called;
+}
+
+// An announcement from now on would come while moxctl ends.
+Outcome give_up(Cycle &at, std::string why)
+{
+    const std::lock_guard lock(at.mutex);
+    at.given_up = true;
+    return failure(std::move(why));
+}
+
+// False: no announcement came in time, and none will be heard.
 bool await_end(Cycle &at, unsigned timeout)
 {
     std::unique_lock lock(at.mutex);
@@ -136,18 +159,15 @@ Outcome listen_for_reset(const ListenOrder &order, const Talk &talk)
     at.order = order;
     at.talk = talk;
     if (MOX_Register_PreResetProcFunc(handle, order.name.c_str()) != 0)
-        return failure("the library did not register the callback");
+        return give_up(at, "the library did not register the callback");
     await_readiness(at);
-    {
-        const std::lock_guard lock(at.mutex);
-        if (at.ended && !at.called)
-            return failure("cannot listen on " MOX_PRE_RESET_REQUEST_PIPE
-                           ": it cannot be opened, or is no pipe");
-    }
+    if (!pipe_exists() || ended_early(at))
+        return give_up(at,
+                       "cannot listen on " MOX_PRE_RESET_REQUEST_PIPE ": it cannot be opened, or is no pipe");
     if (!talk.tell(event("ready", "ready")))
-        return failure("nobody was told that moxctl is ready");
+        return give_up(at, "nobody was told that moxctl is ready");
     if (!await_end(at, order.timeout))
-        return failure("no announcement came within " + std::to_string(order.timeout) + " s");
+        return give_up(at, "no announcement came within " + std::to_string(order.timeout) + " s");
     const std::lock_guard lock(at.mutex);
     if (!at.called)
         return failure("something came that was no announcement of a reset");
