@@ -10,7 +10,6 @@ namespace test
 namespace
 {
 
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -45,9 +44,9 @@ TEST_F(Reboot, Preparing_tells_the_driver_reason_and_time_and_returns)
     const json expected = {{"action", "prepared"}, {"reason", 0x10100c8}, {"time", "2024-02-29 23:59:58"}};
     EXPECT_EQ(object({"reboot", "--prepare", "--reason", "0x10100c8", "--time", "2024-02-29T23:59:58"}),
               expected);
-    const std::string told = notice().dump();
-    EXPECT_THAT(told, HasSubstr("16843976")); // the reason
-    EXPECT_THAT(told, ContainsRegex("2024.02.29.23:59:58"));
+    const json told = notice();
+    EXPECT_EQ(told.at("sent"), 0x10100c8);
+    EXPECT_EQ(told.at("value"), "2024/02/29 23:59:58");
     EXPECT_EQ(output({"item", "get", "board0", "0x10002808"}), "0x1\n") << "the watchdog was left started";
 }
 
