@@ -32,12 +32,12 @@ class Descriptor
     int fd_;
 };
 
-// A block from malloc.
+// A block from malloc; a size of 0 stands for one that cannot be had.
 template <typename T>
 class Block
 {
   public:
-    explicit Block(size_t bytes) : data_(static_cast<T *>(malloc(bytes))) {}
+    explicit Block(size_t bytes) : data_(bytes != 0 ? static_cast<T *>(malloc(bytes)) : nullptr) {}
     Block(const Block &) = delete;
     Block &operator=(const Block &) = delete;
     ~Block()

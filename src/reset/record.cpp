@@ -29,7 +29,7 @@ uint32_t DriverRecord::word(uint32_t at) const
 
 bool DriverRecord::ask(uint32_t item, const RecordTexts &texts)
 {
-    if (size_ == 0 || !reply_.valid()) {
+    if (!reply_.valid()) {
         report_failure(texts.no_memory);
         return false;
     }

@@ -56,6 +56,28 @@ constexpr std::string_view record_texts[] = {
     "[Board]Set %s(0x%x) %s(%s) env success.",
 };
 
+constexpr std::string_view pre_reset_texts[] = {
+    "/dev/lm_preproc_req",
+    "/dev/lm_preproc_ack",
+    "[PRRESET]Module[%s]'s pre rst func is exist already.\n",
+    "[PRRESET]Module[%s] register pre rst func not success because of tbl full.\n",
+    "[PRRESET]Module[%s] register pre rst func.\n",
+    "[PRRESET]Create fifo[%s] Nok[%s].\n",
+    "[PRRESET]Create fifo[%s] success.\n",
+    "[PRRESET]Task create threadid=0x%lx, pid=0x%x, ret=0x%x.\n",
+    "[PRRESET]Pre rst thread run.\n",
+    "[PRRESET]Open fifo[%s] to read NOK[%s].\n",
+    "[PRRESET]Read fifo[%s] NOK[%s].\n",
+    "[PRRESET]Pre rst start.\n",
+    "[PRRESET]Pre rst thread end.\n",
+    "[PRRESET]Get pre rst mode not success, ret=0x%x.\n",
+    "[PRRESET]Module[%s] pre rst proc, resetmode=%u.\n",
+    "[PRRESET]Open fifo[%s] to write NOK[%s].\n",
+    "[PRRESET]Notice pre rst start ok!\n",
+    "[PRRESET]Pre rst is over, Read fifo[%s] Nok[%s].\n",
+    "[PRRESET]Notice pre rst end ok!\n\n",
+};
+
 constexpr std::string_view watchdog_texts[] = {
     "/proc/wdt",
     "Drvboot enable WDG begin\n",
@@ -87,6 +109,7 @@ TEST(ResetTexts, StandInTheLibraryAsTheyArePrinted)
 {
     test::expect_in_library(reset_texts);
     test::expect_in_library(record_texts);
+    test::expect_in_library(pre_reset_texts);
     test::expect_in_library(watchdog_texts);
     test::expect_in_library(soft_reset_texts);
 }
