@@ -10,16 +10,21 @@ using namespace test;
 namespace
 {
 
-using Writer = int32_t (*)(int32_t, uint32_t, uint32_t, const uint8_t *);
+struct Writer {
+    const char *name;
+    int32_t (*write)(int32_t, uint32_t, uint32_t, const uint8_t *);
+};
+constexpr Writer writers[] = {{"MOX_WriteBlackbox", &MOX_WriteBlackbox},
+                              {"MOX_WriteBlackboxOfNonNvram", &MOX_WriteBlackboxOfNonNvram}};
 
-class BlackBoxWrite : public OpenBox, public testing::WithParamInterface<Writer>
+class BlackBoxWrite : public OpenBox, public testing::WithParamInterface<std::size_t>
 {
   protected:
     Said write(std::uint32_t offset, std::uint32_t length)
     {
         return during([&] {
             errno = EDOM;
-            result = GetParam()(handle, offset, length, bytes);
+            result = writers[GetParam()].write(handle, offset, length, bytes);
         });
     }
     using Sizes = std::vector<std::size_t>;
@@ -163,14 +168,12 @@ TEST_P(BlackBoxWrite, FailedFstatIsReported)
 
 TEST_P(BlackBoxWrite, NullBufferIsRefusedInSilence)
 {
-    EXPECT_EQ(during([&] { result = GetParam()(handle, 0, 1, nullptr); }), nothing());
+    EXPECT_EQ(during([&] { result = writers[GetParam()].write(handle, 0, 1, nullptr); }), nothing());
     EXPECT_EQ(result, -1);
     EXPECT_TRUE(calls("fstat").empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(By, BlackBoxWrite, testing::Values(&MOX_WriteBlackbox, &MOX_WriteBlackboxOfNonNvram),
-                         [](const auto &test) {
-                             return test.index == 0 ? "MOX_WriteBlackbox" : "MOX_WriteBlackboxOfNonNvram";
-                         });
+INSTANTIATE_TEST_SUITE_P(By, BlackBoxWrite, testing::Range(std::size_t{0}, std::size(writers)),
+                         [](const auto &test) { return writers[test.param].name; });
 
 } // namespace
