@@ -111,7 +111,8 @@ int32_t MOX_ReadBlackbox(int32_t handle, uint32_t offset, uint32_t length, uint8
     }
     // The sum is one of 32 bits. Where it wraps, the offset lies beyond the box and there is nothing to read,
     // or the length is that of a buffer which takes the rest of any box.
-    if (status.st_size < static_cast<off_t>(offset + length)) {
+    const uint32_t end = offset + length;
+    if (status.st_size < static_cast<off_t>(end)) {
         REPORT_FAILURE("Drvboot read black box, offset is 0x%x, length is 0x%x\n", offset, length);
         DrvBootBlackBoxErrLog(handle, "size NOK", 0);
         return MOX_BLACKBOX_ERR_RANGE;
