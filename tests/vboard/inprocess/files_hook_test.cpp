@@ -112,16 +112,18 @@ TEST_P(FilesHook, LetsCallsThroughUnharmed)
     EXPECT_EQ(status().st_mode & 07777, 0444u);
 }
 
-// libc allocates for these, which a hook sees after the call itself.
+// libc allocates for these, which a hook sees after the call itself. The directory is one whose entries'
+// numbers fit the plain functions of a 32-bit program, whatever file system the host has.
 TEST_P(FilesHook, LetsDirectoriesAndTablesThrough)
 {
+    const std::string at = "/proc/self/task";
     seen.clear();
     listening = true;
-    const int count = files.scandir(directory, &list);
-    void *opened = files.opendir(directory);
+    const int count = files.scandir(at.c_str(), &list);
+    void *opened = files.opendir(at.c_str());
     void *table = files.setmntent("/proc/mounts");
     listening = false;
-    EXPECT_EQ(count, 3); // ".", ".." and the file
+    EXPECT_GE(count, 3); // ".", ".." and each thread
     ASSERT_NE(opened, nullptr);
     ASSERT_NE(table, nullptr);
     EXPECT_NE(readdir(static_cast<DIR *>(opened)), nullptr);
@@ -136,7 +138,6 @@ TEST_P(FilesHook, LetsDirectoriesAndTablesThrough)
     for (const Seen &one : seen)
         if (one.function == "scandir" || one.function == "opendir" || one.function == "setmntent")
             functions.push_back(one.function + " " + one.path);
-    const std::string at = directory;
     EXPECT_THAT(functions, testing::ElementsAre("scandir " + at, "opendir " + at, "setmntent /proc/mounts"));
 }
 
