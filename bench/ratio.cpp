@@ -46,7 +46,12 @@ class Collector : public benchmark::BenchmarkReporter
 
 int run_pairs(int argc, char **argv, const Goal *goals, int count, int table)
 {
-    benchmark::Initialize(&argc, argv);
+    // In turns: a slow moment of the machine then meets both sides of a pair.
+    std::vector<char *> arguments(argv, argv + argc);
+    std::string in_turns = "--benchmark_enable_random_interleaving=true";
+    arguments.push_back(in_turns.data());
+    argc = static_cast<int>(arguments.size());
+    benchmark::Initialize(&argc, arguments.data());
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
     bool complete = true;

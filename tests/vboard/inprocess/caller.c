@@ -1,9 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "caller.h"
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <mntent.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/select.h>
 #include <sys/stat.h>
 #include <sys/sysinfo.h>
@@ -121,13 +124,72 @@ static void call_log(const char *text)
     syslog(LOG_INFO, "%s", text);
     closelog();
 }
+static int call_ftruncate(int fd, long length)
+{
+    return ftruncate(fd, length);
+}
+static void *call_mmap(int fd, size_t length)
+{
+    return mmap(NULL, length, PROT_READ, MAP_SHARED, fd, 0);
+}
+static int call_msync(void *address, size_t length)
+{
+    return msync(address, length, MS_SYNC);
+}
+static int call_stat(const char *path)
+{
+    struct stat info;
+    return stat(path, &info);
+}
+static int call_lstat(const char *path)
+{
+    struct stat info;
+    return lstat(path, &info);
+}
+static int call_scandir(const char *path, void *list)
+{
+    return scandir(path, (struct dirent ***)list, NULL, NULL);
+}
+static int call_unlink(const char *path)
+{
+    return unlink(path);
+}
+static int call_symlink(const char *target, const char *path)
+{
+    return symlink(target, path);
+}
+static long call_readlink(const char *path, char *output, size_t size)
+{
+    return readlink(path, output, size);
+}
+static int call_chmod(const char *path, int mode)
+{
+    return chmod(path, (mode_t)mode);
+}
+static int call_fchmod(int fd, int mode)
+{
+    return fchmod(fd, (mode_t)mode);
+}
+static void *call_opendir(const char *path)
+{
+    return opendir(path);
+}
+static void *call_setmntent(const char *path)
+{
+    return setmntent(path, "r");
+}
+
+static const struct file_caller file_calls = {
+    call_ftruncate, call_mmap,     call_msync, call_stat,   call_lstat,   call_scandir,  call_unlink,
+    call_symlink,   call_readlink, call_chmod, call_fchmod, call_opendir, call_setmntent};
 
 #ifdef CALLER64
 const struct caller wide_caller
 #else
 const struct caller plain_caller
 #endif
-    = {call_open,        call_open_new, call_openat,    call_close,  call_ioctl, call_read,
-       call_write,       call_dup,      call_dup2,      call_dup3,   call_fcntl, call_lseek,
-       call_fstat,       call_usleep,   call_nanosleep, call_select, call_time,  call_clock_gettime,
-       call_localtime_r, call_sysinfo,  call_malloc,    call_calloc, call_free,  call_log};
+    = {call_open,   call_open_new, call_openat,        call_close,       call_ioctl,
+       call_read,   call_write,    call_dup,           call_dup2,        call_dup3,
+       call_fcntl,  call_lseek,    call_fstat,         call_usleep,      call_nanosleep,
+       call_select, call_time,     call_clock_gettime, call_localtime_r, call_sysinfo,
+       call_malloc, call_calloc,   call_free,          call_log,         &file_calls};

@@ -10,6 +10,23 @@
 extern "C" {
 #endif
 
+/* Files, mappings, directories and mount tables. */
+struct file_caller {
+    int (*ftruncate)(int fd, long length);
+    void *(*mmap)(int fd, size_t length);
+    int (*msync)(void *address, size_t length);
+    int (*stat)(const char *path);
+    int (*lstat)(const char *path);
+    int (*scandir)(const char *path, void *list);
+    int (*unlink)(const char *path);
+    int (*symlink)(const char *target, const char *path);
+    long (*readlink)(const char *path, char *output, size_t size);
+    int (*chmod)(const char *path, int mode);
+    int (*fchmod)(int fd, int mode);
+    void *(*opendir)(const char *path);
+    void *(*setmntent)(const char *path);
+};
+
 struct caller {
     int (*open)(const char *path, int flags);
     int (*open_new)(const char *path, int flags, int mode);
@@ -35,6 +52,7 @@ struct caller {
     void *(*calloc)(size_t count, size_t size);
     void (*free)(void *block);
     void (*log)(const char *text); /* openlog, syslog, closelog */
+    const struct file_caller *files;
 };
 
 extern const struct caller plain_caller;

@@ -51,7 +51,8 @@ inline const caller program_caller = {
     {},
     {},
     {},
-    {}};
+    {},
+    nullptr};
 
 inline std::vector<int> descriptors()
 {

@@ -1,113 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 // What a hook sees of the calls that a shared library makes, and what it can do about them.
-#include "caller.h"
-#include "vboard/front/inprocess.hpp"
+#include "hook_test.hpp"
 
-#include <gmock/gmock.h>
-
-#include <cerrno>
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/time.h>
 #include <syslog.h>
 #include <thread>
-#include <unistd.h>
 
-using vboard::LibcAnswer;
-using vboard::LibcCall;
+using namespace hook_test;
 
 namespace
 {
-
-// What the hook saw of calls out of the shared libraries, and what it is to answer. One test at a time.
-struct Seen {
-    std::string function, path;
-    int fd;
-    std::size_t size;
-    std::uint64_t microseconds;
-    const void *data;
-};
-thread_local bool listening = false;
-std::vector<Seen> seen;
-std::optional<LibcAnswer> planned;
-std::string planned_function;
-std::vector<void *> blocks;
-
-std::optional<LibcAnswer> hook(const LibcCall &call)
-{
-    if (!listening)
-        return std::nullopt;
-    // Allocates, opens and closes: none of that comes back here.
-    seen.push_back(
-        {call.function, call.path ? call.path : "", call.fd, call.size, call.microseconds, call.data});
-    close(open("/dev/null", O_RDONLY));
-    errno = EILSEQ; // no trace of a hook may be left in errno
-    return planned && planned_function == call.function ? planned : std::nullopt;
-}
-
-void on_block(void *block, const void *)
-{
-    if (listening)
-        blocks.push_back(block);
-}
-
-class Hook : public testing::TestWithParam<const caller *>
-{
-  protected:
-    const caller &call = *GetParam();
-
-    void SetUp() override
-    {
-        tzset(); // reads a file and allocates, once
-        seen.clear();
-        blocks.clear();
-        planned.reset();
-        vboard::set_libc_hook(hook);
-        vboard::set_block_hook(on_block);
-    }
-    void TearDown() override
-    {
-        vboard::set_libc_hook(nullptr);
-        vboard::set_block_hook(nullptr);
-        listening = false;
-    }
-    // Runs a call with the hook listening; its errno stays.
-    template <class Action>
-    auto heard(Action action)
-    {
-        seen.clear();
-        errno = EDOM;
-        listening = true;
-        const auto result = action();
-        const int error = errno;
-        listening = false;
-        EXPECT_EQ(seen.size(), 1u);
-        errno = error;
-        return result;
-    }
-    void plan(const char *function, long result, std::optional<int> error)
-    {
-        planned_function = function;
-        planned = LibcAnswer{result, error};
-    }
-    // The function fails on demand, with its errno and without being called.
-    template <class Action>
-    void fails(const char *function, Action action)
-    {
-        plan(function, -1, ENOSPC);
-        EXPECT_EQ(heard(action), -1) << function;
-        EXPECT_EQ(errno, ENOSPC) << function;
-        EXPECT_EQ(seen.at(0).function, function);
-        plan(function, 0, std::nullopt);
-        EXPECT_EQ(heard(action), 0) << function;
-        EXPECT_EQ(errno, EDOM) << "an answer without an error leaves errno alone";
-        planned.reset();
-    }
-};
 
 TEST_P(Hook, FailsEveryFunctionOnDescriptors)
 {
@@ -270,8 +177,6 @@ TEST_P(Hook, AnswersBeforeTheBoardIsAsked)
     vboard::detach();
 }
 
-INSTANTIATE_TEST_SUITE_P(From, Hook, testing::Values(&plain_caller, &wide_caller), [](const auto &test) {
-    return test.param == &plain_caller ? "PlainLibrary" : "WideLibrary";
-});
+INSTANTIATE_TEST_SUITE_P(From, Hook, testing::Values(&plain_caller, &wide_caller), library_name);
 
 } // namespace
