@@ -6,16 +6,21 @@
 #define MOXBOOT_MOXBOOT_H
 
 #include <moxboot/backup.h>
+#include <moxboot/blackbox.h>
 #include <moxboot/board.h>
 #include <moxboot/channel.h>
 #include <moxboot/driver.h>
 #include <moxboot/env.h>
 #include <moxboot/families.h>
 #include <moxboot/mcu.h>
+#include <moxboot/paths.h>
 #include <moxboot/pre_reset.h>
+#include <moxboot/reserved_memory.h>
 #include <moxboot/reset.h>
+#include <moxboot/startup_sync.h>
 #include <moxboot/time.h>
 #include <moxboot/types.h>
 #include <moxboot/watchdog.h>
+#include <moxboot/work_mode.h>
 
 #endif
