@@ -109,7 +109,8 @@ int32_t MOX_ReadBlackbox(int32_t handle, uint32_t offset, uint32_t length, uint8
         DrvBootBlackBoxErrLog(handle, "fstat NOK", errno);
         return MOX_BLACKBOX_ERR_STAT;
     }
-    // The sum is one of 32 bits; where it wraps, the offset lies beyond the box and there is nothing to read.
+    // The sum is one of 32 bits. Where it wraps, the offset lies beyond the box and there is nothing to read,
+    // or the length is that of a buffer which takes the rest of any box.
     if (status.st_size < static_cast<off_t>(offset + length)) {
         REPORT_FAILURE("Drvboot read black box, offset is 0x%x, length is 0x%x\n", offset, length);
         DrvBootBlackBoxErrLog(handle, "size NOK", 0);

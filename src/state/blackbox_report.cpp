@@ -43,7 +43,7 @@ void DrvBootBlackBoxGetFdInfo(int32_t fd)
     REPORT_INFO("FdInfo st_blksize:0x%lx\n", word(status.st_blksize));
     REPORT_INFO("FdInfo st_blocks:0x%lx\n", word(status.st_blocks));
 
-    char link[32];
+    char link[32] = {};
     sprintf_s(link, sizeof link, "/proc/self/fd/%d", fd);
     char path[path_size] = {};
     ssize_t length = readlink(link, path, sizeof path - 1);

@@ -24,8 +24,8 @@ void answer_libc(const std::string &function, long result, unsigned skip = 0, un
 // The library's calls since the test began or since forget_calls(), in order.
 struct Call {
     std::string function;
-    std::string path;               // open, execv, mkfifo, remove, dlopen
-    int fd = -1;                    // close, ioctl, read, write
+    std::string path;               // open, unlink, scandir, execv, mkfifo, remove, dlopen
+    int fd = -1;                    // close, ioctl, read, write, ftruncate, mmap
     std::size_t size = 0;           // read, write, malloc; execv and the like: see LibcCall
     std::uint64_t microseconds = 0; // usleep, sleep, select
     bool operator==(const Call &) const = default;

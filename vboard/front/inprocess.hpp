@@ -30,6 +30,11 @@ void detach();
 //   malloc, calloc, free             size; data: the block to free (a hook cannot keep it from being freed)
 //   usleep, nanosleep, select        microseconds; data: the timeout
 //   time, clock_gettime, localtime_r, sysinfo   data: the output
+//   ftruncate, fchmod, mmap          fd; size: length or mode
+//   msync                            size: length; data: the address
+//   stat, lstat, readlink, scandir   path; size: room; data: the output
+//   unlink, chmod, opendir, setmntent   path; size: mode
+//   symlink                          path: of the link; data: what it points to
 //   execv                            path; data: the arguments
 //   mkfifo, remove, dlopen           path; size: mode or flags
 //   dlclose                          data: the library
