@@ -37,7 +37,7 @@ TEST_F(ReservedMemory, A_new_memory_is_empty_and_has_not_survived)
     const json first = map("0x10001");
     EXPECT_EQ(first.at("survived"), false);
     EXPECT_EQ(first.at("size"), 0x10001);
-    EXPECT_EQ(first.at("beginning"), std::string(64, '0'));
+    EXPECT_EQ(first.at("beginning"), std::string(32, '0'));
     EXPECT_THAT(first.at("address").get<std::string>(), ContainsRegex("^0x[0-9a-f]+$"));
     const json second = map("0x10001");
     EXPECT_EQ(second.at("survived"), true);
@@ -62,7 +62,7 @@ TEST_F(ReservedMemory, Content_survives_a_soft_reset_and_no_cold_one)
     const json gone = map("4096");
     EXPECT_EQ(gone.at("survived"), false);
     EXPECT_NE(gone.at("digest"), put.at("digest"));
-    EXPECT_EQ(gone.at("beginning"), std::string(64, '0'));
+    EXPECT_EQ(gone.at("beginning"), std::string(32, '0'));
 }
 
 TEST_F(ReservedMemory, A_larger_memory_keeps_its_beginning_and_a_smaller_one_must_be_asked_for)

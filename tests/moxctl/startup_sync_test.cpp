@@ -46,7 +46,7 @@ TEST_F(StartupSync, Without_the_file_there_is_nothing_to_offer)
 
 TEST_F(StartupSync, A_board_without_a_pair_offers_none_and_matches_none)
 {
-    start(an_mpu);
+    start_with_profile("[items.\"/dev/board0\"]\n\"hard type\" = 0x900005d1\n");
     const json object = Session::object({"sync-info"}, 1);
     EXPECT_EQ(object.at("pair"), false);
     for (const char *key : {"peer_type", "file_name", "version", "length"})

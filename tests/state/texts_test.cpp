@@ -111,7 +111,7 @@ TEST(StateTexts, StandInTheLibraryAsTheyArePrinted)
 TEST(StateTexts, AreNotPutRight)
 {
     constexpr std::string_view misspelt[] = {
-        "String copy unsuccessful,", "0:ready, 1:unready",        "get hard type not OK", "FileMatch",
+        "String copy unsuccessful,", "0:ready, 1:unready",        "get hard type not OK", "FileMatch local",
         "package not exist",         "st_mode = %#x,S_ISLNK =%d", "pcPath = %s"};
     test::expect_not_in_library(misspelt);
 }

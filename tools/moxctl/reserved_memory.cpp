@@ -20,7 +20,7 @@ namespace
 {
 
 const std::string ram_disk = "/opt/moxv8/SoftResetData";
-constexpr std::size_t shown_at_most = 32; // bytes
+constexpr std::size_t shown_at_most = 16; // bytes
 
 // What the file held before it was mapped.
 struct Before {
