@@ -115,7 +115,7 @@ uint32_t MOX_GetPBAPath(char *path, uint32_t path_len)
                        static_cast<int>(MOX_PBA_PATH_SIZE - 1));
         return failed;
     }
-    constexpr char mount_point[] = "/opt/moxv8/bim";
+    static constexpr char mount_point[] = "/opt/moxv8/bim";
     if (uint32_t result = MOX_IsMemDirExist(mount_point); result != ok) {
         REPORT_FAILURE("[PBA_Path]Path %s not exist.\r\n\n", mount_point);
         return result;

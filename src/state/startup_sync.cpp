@@ -100,7 +100,7 @@ uint32_t drvboot_impl_get_update_filelen(MoxStartupFileSync *record)
 {
     if (record == nullptr)
         return failed;
-    constexpr char home[] = "/opt/moxv8bak/home/";
+    static constexpr char home[] = "/opt/moxv8bak/home/";
     char path[path_size] = {};
     if (int copied = strncpy_s(path, sizeof path, home, sizeof home - 1); copied != 0) {
         REPORT_FAILURE("[drvboot]get filelen cpy ret %d\n\n", copied);

@@ -124,6 +124,11 @@ void Session::restart()
     up_ = true;
 }
 
+void Session::reset(const Words &options)
+{
+    must(vboard({"reset"}, options));
+}
+
 Ended Session::moxctl(const Words &words)
 {
     return run(moxctl_words(words));
@@ -132,6 +137,11 @@ Ended Session::moxctl(const Words &words)
 Ended Session::on_board(const Words &command)
 {
     return vboard({"exec"}, {}, command);
+}
+
+Ended Session::shell(const std::string &line)
+{
+    return on_board({"env", "MOXCTL=" MOXCTL_PROGRAM, "sh", "-c", line});
 }
 
 json Session::object(const Words &words, int status)

@@ -39,6 +39,7 @@ class Session : public testing::Test
     void start_with_footprint(const std::string &footprint); // a board that has nothing else
     void start_with_profile(const std::string &text);        // without its name
     void restart();                                          // switched off and on
+    void reset(const Words &options = {});                   // soft where the board can do that
     Ended moxctl(const Words &words);
     // The object that moxctl prints with --json, which must end with `status`.
     json object(const Words &words, int status = 0);
@@ -46,6 +47,8 @@ class Session : public testing::Test
     std::string output(const Words &words);
 
     Ended on_board(const Words &command);
+    // A shell's line on the board, in which $MOXCTL is moxctl.
+    Ended shell(const std::string &line);
     // The command line that runs moxctl on the board.
     Words moxctl_words(const Words &words) const;
     void set_item(const std::string &device, std::uint32_t item, std::uint32_t value);

@@ -41,9 +41,9 @@ std::vector<int> descriptors();
 
 // ---- platform --------------------------------------------------------------------------------------------
 
-// Plans a result for a platform function (memcpy_s, strncpy_s, strcpy_s, sprintf_s, snprintf_truncated_s,
-// vsnprintf_s, vsprintf_s, GetEnv, SetEnv, bsp_setenv_s, IsNeedRootProxy, RootProxyExecCmd) when the library
-// calls it; the function's work is not done.
+// Plans a result for a platform function (memcpy_s, strncpy_s, strncat_s, strcpy_s, sprintf_s,
+// snprintf_truncated_s, vsnprintf_s, vsprintf_s, GetEnv, SetEnv, bsp_getmemenv_s, bsp_setenv_s,
+// IsNeedRootProxy, RootProxyExecCmd) when the library calls it; the function's work is not done.
 void answer_platform(const std::string &function, int result, unsigned skip = 0, unsigned times = 1);
 
 // The platform's timer; none: the stand-in's own. A timer without ticks leaves its outputs untouched.

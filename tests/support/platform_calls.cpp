@@ -50,6 +50,13 @@ int strncpy_s(char *dest, size_t dest_max, const char *src, size_t count)
     return NEXT(strncpy_s)(dest, dest_max, src, count);
 }
 
+int strncat_s(char *dest, size_t dest_max, const char *src, size_t count)
+{
+    if (auto planned = plans.take("strncat_s", __builtin_return_address(0)))
+        return static_cast<int>(*planned);
+    return NEXT(strncat_s)(dest, dest_max, src, count);
+}
+
 int sprintf_s(char *dest, size_t dest_max, const char *format, ...)
 {
     if (auto planned = plans.take("sprintf_s", __builtin_return_address(0)))
@@ -121,6 +128,13 @@ uint32_t GetEnv(const char *name, char *value)
     if (auto planned = plans.take("GetEnv", __builtin_return_address(0)))
         return static_cast<uint32_t>(*planned);
     return NEXT(GetEnv)(name, value);
+}
+
+uint32_t bsp_getmemenv_s(const char *name, char *value, uint32_t size)
+{
+    if (auto planned = plans.take("bsp_getmemenv_s", __builtin_return_address(0)))
+        return static_cast<uint32_t>(*planned);
+    return NEXT(bsp_getmemenv_s)(name, value, size);
 }
 
 uint32_t iof_timer_get_base_64bit(uint32_t *low, uint32_t *high)

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace moxctl
@@ -23,6 +24,9 @@ struct Words {
     std::string module = "moxctl", command, mode_file;
     unsigned timeout = 0; // seconds; 0: none
     unsigned count = 1, every = 1000;
+    std::string size, offset, length, file, view = "hex";
+    std::optional<std::string> text;
+    bool resize = false, settle = false, check = false;
 };
 
 class CommandLine
@@ -62,5 +66,6 @@ class CommandLine
 
 void add_board_verbs(CommandLine &line);
 void add_reset_verbs(CommandLine &line);
+void add_store_verbs(CommandLine &line);
 
 } // namespace moxctl

@@ -41,6 +41,7 @@ struct Fact {
 enum class Style {
     table,  // all facts
     bare,   // the last fact's text alone, for scripts
+    raw,    // the same, with no end of line after it
     silent, // nothing: it was done
 };
 

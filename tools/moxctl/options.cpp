@@ -23,6 +23,10 @@ constexpr const char *examples = R"(Examples:
   moxctl item set slot3 0x10002202 1
   moxctl families --hard-type 0x90020757 --flash nand
                                              what kind of board another board is
+  moxctl blackbox create crash 4096 && moxctl blackbox write crash --from core.txt
+  moxctl blackbox read crash --view text     the records that a module left
+  moxctl rsvmem map session 0x10000          a memory, and whether it survived
+  moxctl sync-match V800R021                 whether the peer's file, of this version, matches
   moxctl reset-reason                        why the board went down last
   moxctl pre-reset listen --run 'save-state' be told before a reset
   moxctl wdt feed --count 60 --every 500     keep the watchdog quiet for half a minute
@@ -41,6 +45,7 @@ Request parse(int argc, char **argv)
     line.app().footer(examples);
     add_board_verbs(line);
     add_reset_verbs(line);
+    add_store_verbs(line);
     try {
         line.app().parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -81,6 +81,8 @@ std::string as_text(const Outcome &outcome)
 {
     if (outcome.style == Style::silent || outcome.facts.empty())
         return {};
+    if (outcome.style == Style::raw)
+        return outcome.facts.back().answer.text;
     if (outcome.style == Style::bare)
         return outcome.facts.back().answer.text + '\n';
     std::vector<Row> rows;

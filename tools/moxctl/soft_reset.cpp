@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // moxctl soft-reset: the switch of soft resets, and what else decides about them.
+#include "platform_variable.hpp"
 #include "question.hpp"
 #include "reason.hpp"
 #include "verbs.hpp"
 
 #include <moxboot/board.h>
-#include <moxboot/platform.h>
 #include <moxboot/reset.h>
-
-#include <array>
 
 namespace moxctl
 {
@@ -22,10 +20,7 @@ constexpr Item item_disabled = {"/dev/board0", 0x1000299f};
 // What the library writes, as the memory environment keeps it.
 std::optional<std::string> stored_switch()
 {
-    std::array<char, DRVBOOT_ENV_SIZE> text{};
-    if (bsp_getmemenv_s(switch_variable, text.data(), text.size()) != 0)
-        return std::nullopt;
-    return text.data();
+    return memory_variable(switch_variable);
 }
 
 std::string switch_text(bool open)

@@ -2,6 +2,7 @@
 // The verbs. Each asks the library and hands back what it found; none prints but through its Talk.
 #pragma once
 
+#include "bytes.hpp"
 #include "facts.hpp"
 #include "talk.hpp"
 
@@ -71,5 +72,34 @@ struct ListenOrder {
     unsigned timeout;      // seconds; 0: wait for ever
 };
 Outcome listen_for_reset(const ListenOrder &order, const Talk &talk);
+
+Outcome list_boxes(const std::string &pattern);
+Outcome create_box(const std::string &name, std::uint32_t size, bool resize);
+struct BoxRead {
+    std::uint32_t offset = 0;
+    std::optional<std::uint32_t> length; // none: to the end
+    std::string file;                    // empty: shown
+    View view = View::hex;
+};
+Outcome read_box(const std::string &name, const BoxRead &order);
+Outcome write_box(const std::string &name, std::uint32_t offset, const std::string &content);
+Outcome remove_box(const std::string &name);
+
+struct MapOrder {
+    std::string name;
+    std::uint32_t size;
+    bool resize;
+    std::string content; // to put at the beginning
+};
+Outcome map_reserved_memory(const MapOrder &order);
+Outcome memory_file_systems();
+
+Outcome work_mode(bool settle);
+Outcome start_flag();
+Outcome set_start_flag(std::uint32_t flag, bool check);
+
+Outcome product_paths(const std::string &package); // empty: no package
+Outcome sync_info();
+Outcome sync_match(const std::string &peer_version);
 
 } // namespace moxctl

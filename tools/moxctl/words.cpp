@@ -2,8 +2,11 @@
 #include "words.hpp"
 
 #include <moxboot/backup.h>
+#include <moxboot/blackbox.h>
 #include <moxboot/pre_reset.h>
+#include <moxboot/reserved_memory.h>
 #include <moxboot/reset.h>
+#include <moxboot/startup_sync.h>
 
 #include <charconv>
 #include <chrono>
@@ -22,6 +25,14 @@ std::string check_length(const std::string &word, const char *what, std::size_t 
         return {};
     return std::string(what) + " of " + std::to_string(word.size()) + " characters is too long; at most " +
            std::to_string(most) + " are possible";
+}
+
+// Of something that is a file; another directory's files are not meant.
+std::string check_file_name(const std::string &word, const std::string &what, std::size_t most)
+{
+    if (word.empty() || word.find('/') != std::string::npos || word == "." || word == "..")
+        return '"' + word + "\" cannot be the name of " + what;
+    return check_length(word, ("the name of " + what).c_str(), most);
 }
 
 constexpr std::size_t longest_text = DRVBOOT_ENV_SIZE - 1;
@@ -137,6 +148,34 @@ std::string check_module_name(const std::string &word)
 {
     return word.empty() ? "a module needs a name"
                         : check_length(word, "a module's name", MOX_PRE_RESET_NAME_SIZE - 1);
+}
+
+std::string check_box_name(const std::string &word)
+{
+    return check_file_name(word, "a black box", MOX_BLACKBOX_MAX_NAME);
+}
+
+std::string check_memory_name(const std::string &word)
+{
+    return check_file_name(word, "a memory", MOX_RSVMEM_MAX_NAME);
+}
+
+std::string check_box_size(const std::string &word)
+{
+    const std::string wrong = check_number(word);
+    if (wrong.empty() && parse_number(word).value() > MOX_BLACKBOX_MAX_SIZE)
+        return "a black box has at most " + std::to_string(MOX_BLACKBOX_MAX_SIZE) + " bytes";
+    return wrong;
+}
+
+std::string check_memory_size(const std::string &word)
+{
+    return parse_number(word) == 0 ? "a memory has at least one byte" : check_number(word);
+}
+
+std::string check_file_version(const std::string &word)
+{
+    return check_length(word, "a version", MOX_SYNC_TEXT_SIZE - 1);
 }
 
 std::optional<std::uint32_t> parse_backup_state(const std::string &word)

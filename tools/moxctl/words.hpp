@@ -36,6 +36,13 @@ std::string date_text(const MoxResetDate &date);
 // A name that the library's table of callbacks has room for.
 std::string check_module_name(const std::string &word);
 
+// A name that becomes a file of its own, of a length that the library takes.
+std::string check_box_name(const std::string &word);
+std::string check_memory_name(const std::string &word);
+std::string check_box_size(const std::string &word);
+std::string check_memory_size(const std::string &word);
+std::string check_file_version(const std::string &word);
+
 std::optional<std::uint32_t> parse_backup_state(const std::string &word);
 std::string check_backup_state(const std::string &word);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "reset/other_process.hpp"
+#include "support/other_process.hpp"
 
 #include <csignal>
 #include <cstdio>
