@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // The handshake between two processes over real pipes: one registers and answers, the other announces.
-#include "support/other_process.hpp"
 #include "reset/pre_reset_test.hpp"
 #include "reset/slow_pauses.hpp"
+#include "support/other_process.hpp"
 
 #include <atomic>
 #include <chrono>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Files of the RAM disk as memory: what they hold outlasts mappings and is shared.
-#include "support/other_process.hpp"
 #include "state/blackbox_test.hpp"
 #include "state/mount_table.hpp"
+#include "support/other_process.hpp"
 
 #include <cstring>
 #include <fcntl.h>
