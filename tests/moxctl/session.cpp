@@ -139,9 +139,18 @@ Ended Session::on_board(const Words &command)
     return vboard({"exec"}, {}, command);
 }
 
+// A shell knows no emulator, and its own preloaded front end is none for programs of another machine: those
+// have no driver there.
 Ended Session::shell(const std::string &line)
 {
-    return on_board({"env", "MOXCTL=" MOXCTL_PROGRAM, "sh", "-c", line});
+    std::string program = MOXCTL_PROGRAM;
+    if (const Words words = emulator(); !words.empty()) {
+        std::string before = "env -u LD_PRELOAD ";
+        for (const std::string &word : words)
+            before += word + ' ';
+        program = before + program;
+    }
+    return on_board({"env", "MOXCTL=" + program, "sh", "-c", line});
 }
 
 json Session::object(const Words &words, int status)

@@ -47,7 +47,7 @@ class Session : public testing::Test
     std::string output(const Words &words);
 
     Ended on_board(const Words &command);
-    // A shell's line on the board, in which $MOXCTL is moxctl.
+    // A shell's line on the board, in which $MOXCTL, split into its words, is moxctl.
     Ended shell(const std::string &line);
     // The command line that runs moxctl on the board.
     Words moxctl_words(const Words &words) const;

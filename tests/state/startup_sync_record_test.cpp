@@ -2,8 +2,10 @@
 // The file that one board of a pair offers the other.
 #include "state/sync_variables.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <ostream>
 
 namespace test
 {
@@ -20,6 +22,10 @@ struct TextField {
     std::uint32_t (*fill)(MoxStartupFileSync *);
     char (MoxStartupFileSync::*field)[128];
 };
+void PrintTo(const TextField &row, std::ostream *out)
+{
+    *out << row.word;
+}
 
 class SyncTextTest : public SyncTest, public testing::WithParamInterface<TextField>
 {

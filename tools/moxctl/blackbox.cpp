@@ -50,7 +50,7 @@ int told_error(const std::string &lines)
     for (const std::string_view mark : {"err is ", "result is "})
         if (const std::size_t at = lines.rfind(mark); at != std::string::npos)
             last = std::max(last, at + mark.size());
-    return last == 0 ? 0 : std::atoi(lines.c_str() + last);
+    return last == 0 ? 0 : static_cast<int>(std::strtol(lines.c_str() + last, nullptr, 10));
 }
 
 std::string why(std::int32_t result, const std::string &lines)
