@@ -7,7 +7,6 @@
 #include "trust/mcu_library.hpp"
 
 #include <algorithm>
-#include <dlfcn.h>
 
 namespace test
 {
@@ -23,9 +22,6 @@ class McuTest : public BoardTest
         remove_from_front();
         EXPECT_FALSE(loaded(basic)) << "the library is still open";
         EXPECT_FALSE(loaded(secure)) << "the library is still open";
-        // libc keeps the words of the last failure until they are asked for, and asked for again.
-        dlerror();
-        dlerror();
         BoardTest::TearDown();
     }
     Said heard(const std::function<void()> &action)
