@@ -76,8 +76,9 @@ TEST_F(Backup, A_driver_that_refuses_is_told_and_the_environment_keeps_the_state
 TEST_F(Backup, An_environment_that_takes_nothing_is_told)
 {
     start(an_mpu);
-    const Ended ended = on_board(
-        {"env", "MOXPLATFORM_ENV=/nowhere/platform.env", MOXCTL_PROGRAM, "backup", "state", "ready"});
+    setenv("MOXPLATFORM_ENV", "/nowhere/platform.env", 1);
+    const Ended ended = moxctl({"backup", "state", "ready"});
+    unsetenv("MOXPLATFORM_ENV");
     EXPECT_EQ(ended.status, 1);
     EXPECT_THAT(ended.err, StartsWith("moxctl: cannot keep the backup state in the platform environment"));
 }

@@ -81,7 +81,8 @@ void expect_blocked(bool blocked)
         }
     }
     EXPECT_EQ(sigismember(&now, SIGRTMIN), blocked ? 1 : 0);
-    EXPECT_EQ(sigismember(&now, SIGRTMAX), blocked ? 1 : 0);
+    // An emulator keeps the last real-time signals to itself.
+    EXPECT_EQ(sigismember(&now, SIGRTMIN + 8), blocked ? 1 : 0);
 }
 
 TEST_F(RebootCommandTest, AllSignalsAreBlockedAndUnblocked)
