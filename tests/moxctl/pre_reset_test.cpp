@@ -170,10 +170,10 @@ TEST_F(PreReset, Something_else_in_the_pipe_is_no_announcement)
 
 TEST_F(PreReset, What_is_no_pipe_cannot_be_listened_to)
 {
-    const Ended ended = on_board({"sh", "-c",
-                                  "rm -f /dev/lm_preproc_req && echo text > /dev/lm_preproc_req && \"$0\" "
-                                  "pre-reset listen; status=$?; rm -f /dev/lm_preproc_req; exit $status",
-                                  MOXCTL_PROGRAM});
+    ASSERT_EQ(on_board({"sh", "-c", "rm -f /dev/lm_preproc_req && echo text > /dev/lm_preproc_req"}).status,
+              0);
+    const Ended ended = moxctl({"pre-reset", "listen"});
+    on_board({"rm", "-f", "/dev/lm_preproc_req"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.out, "");
     EXPECT_THAT(ended.err, StartsWith("moxctl: cannot listen on /dev/lm_preproc_req: "));

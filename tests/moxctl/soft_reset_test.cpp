@@ -83,10 +83,12 @@ TEST_F(SoftReset, Support_that_cannot_be_read_is_a_failure_of_its_own)
 TEST_F(SoftReset, A_store_that_takes_nothing_is_told)
 {
     // What would be written beside the store cannot be: a folder lies in its place.
-    const Ended ended = on_board({"sh", "-c",
-                                  "rm -rf /opt/moxv8/SoftResetData/.memenv && mkdir -p "
-                                  "/opt/moxv8/SoftResetData/.memenv/x && \"$0\" soft-reset close",
-                                  MOXCTL_PROGRAM});
+    ASSERT_EQ(on_board({"sh", "-c",
+                        "rm -rf /opt/moxv8/SoftResetData/.memenv && mkdir -p "
+                        "/opt/moxv8/SoftResetData/.memenv/x"})
+                  .status,
+              0);
+    const Ended ended = moxctl({"soft-reset", "close"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.err, "moxctl: cannot close soft reset: the memory environment did not take it\n");
 }
