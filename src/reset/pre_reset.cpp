@@ -102,6 +102,9 @@ void Creat_PreResetThread(void)
     REPORT_INFO("[PRRESET]Task create threadid=0x%lx, pid=0x%x, ret=0x%x.\n",
                 static_cast<unsigned long>(thread_id), static_cast<unsigned>(getpid()),
                 static_cast<unsigned>(result));
+    // libc may have written an id for a thread that it then could not start.
+    if (result != 0)
+        thread_id = 0;
 }
 
 void *MOX_PreReset_Proc(void *)
