@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "store.hpp"
 
+#include "new_file.hpp"
+
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -18,37 +19,6 @@ namespace
 
 constexpr size_t most_bytes = 1U << 20; // a file beyond this is no store of ours
 constexpr mode_t new_file_mode = 0644;
-
-class Descriptor
-{
-  public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-    ~Descriptor()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    int get() const
-    {
-        return fd_;
-    }
-    bool usable() const
-    {
-        return fd_ >= 0;
-    }
-    // What was written may turn out not to have arrived.
-    bool close()
-    {
-        const int fd = fd_;
-        fd_ = -1;
-        return ::close(fd) == 0;
-    }
-
-  private:
-    int fd_;
-};
 
 // Whoever changes the store holds the lock file. Not the store itself: that is replaced by every change.
 class Lock
@@ -144,60 +114,16 @@ void each_record(const Block &block, const char *name, Visit visit)
     }
 }
 
-bool write_all(int fd, const char *data, size_t size)
+bool replace_store(const char *path, const Block &block)
 {
-    while (size > 0) {
-        const ssize_t put = write(fd, data, size);
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            return false;
-        data += put;
-        size -= static_cast<size_t>(put);
-    }
-    return true;
-}
-
-bool write_new(const char *path, const Block &block)
-{
-    Descriptor file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, new_file_mode));
-    return file.usable() && fchmod(file.get(), block.mode) == 0 &&
-           write_all(file.get(), block.data, block.size) && fsync(file.get()) == 0 && file.close();
-}
-
-// The new name lasts once the folder that holds it does.
-bool flush_folder(const char *path)
-{
-    char folder[PATH_MAX] = ".";
-    if (const char *slash = strrchr(path, '/'); slash != nullptr) {
-        const size_t length = slash == path ? 1 : static_cast<size_t>(slash - path);
-        memcpy(folder, path, length);
-        folder[length] = '\0';
-    }
-    const Descriptor file(open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return file.usable() && fsync(file.get()) == 0;
-}
-
-// Until the rename the old store stands whole, from then on the new one.
-bool replace_store(const char *path, const char *beside, const Block &block)
-{
-    if (!write_new(beside, block) || rename(beside, path) != 0) {
-        unlink(beside);
-        return false;
-    }
-    return flush_folder(path);
+    NewFile file(path, block.mode);
+    return file.usable() && file.write(block.data, block.size) && file.place();
 }
 
 bool good_name(const char *name)
 {
     const size_t length = strnlen(name, most_characters + 1);
     return length > 0 && length <= most_characters && memchr(name, '=', length) == nullptr;
-}
-
-bool beside(const char *path, const char *suffix, char (&result)[PATH_MAX])
-{
-    const int length = snprintf(result, sizeof result, "%s%s", path, suffix);
-    return length > 0 && static_cast<size_t>(length) < sizeof result;
 }
 
 } // namespace
@@ -223,9 +149,7 @@ bool store_get(const char *path, const char *name, char *value, size_t size)
 bool store_set(const char *path, const char *name, Text value)
 {
     char lock_path[PATH_MAX];
-    char new_path[PATH_MAX];
-    if (!good_name(name) || value.length > most_characters || !beside(path, ".lock", lock_path) ||
-        !beside(path, ".new", new_path))
+    if (!good_name(name) || value.length > most_characters || !beside(path, ".lock", lock_path))
         return false;
     const Lock lock(lock_path);
     Block old;
@@ -249,7 +173,7 @@ bool store_set(const char *path, const char *name, Text value)
     changed.append("=", 1);
     changed.append(value.data, value.length);
     changed.append("", 1);
-    return changed.size <= most_bytes && replace_store(path, new_path, changed);
+    return changed.size <= most_bytes && replace_store(path, changed);
 }
 
 } // namespace platform

@@ -8,13 +8,17 @@
 #include <moxboot/backup.h>
 #include <moxboot/blackbox.h>
 #include <moxboot/board.h>
+#include <moxboot/boot_file.h>
 #include <moxboot/channel.h>
 #include <moxboot/driver.h>
 #include <moxboot/env.h>
 #include <moxboot/families.h>
+#include <moxboot/link.h>
 #include <moxboot/mcu.h>
+#include <moxboot/model.h>
 #include <moxboot/paths.h>
 #include <moxboot/pre_reset.h>
+#include <moxboot/preload.h>
 #include <moxboot/reserved_memory.h>
 #include <moxboot/reset.h>
 #include <moxboot/startup_sync.h>

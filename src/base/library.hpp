@@ -10,8 +10,11 @@ namespace moxboot
 class LoadedLibrary
 {
   public:
-    // Its own symbols come first: board-support libraries bring functions of common names.
-    explicit LoadedLibrary(const char *name) : handle_(dlopen(name, RTLD_NOW | RTLD_DEEPBIND)) {}
+    // As a rule its own symbols come first: board-support libraries bring functions of common names.
+    explicit LoadedLibrary(const char *name, int flags = RTLD_NOW | RTLD_DEEPBIND)
+        : handle_(dlopen(name, flags))
+    {
+    }
     LoadedLibrary(const LoadedLibrary &) = delete;
     LoadedLibrary &operator=(const LoadedLibrary &) = delete;
     ~LoadedLibrary()

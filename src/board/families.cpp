@@ -49,7 +49,6 @@ constexpr uint32_t qs3540_next_bios[] = {0x90020757, 0x90020720};
 constexpr uint32_t sfc_3540[] = {0x9002202A, 0x9002077B};
 
 constexpr PlainText type_unread = "Drvboot get board type unsuccessfully.\n";
-constexpr PlainText run_file_unread = "Drvboot Install Runfile By Hardtype NOK for get hard type NOK\n";
 
 struct Flash {
     uint32_t type;
@@ -78,15 +77,20 @@ constexpr Flash not_nand = {DRVBOOT_FLASH_NAND, false};
 
 } // namespace
 
+bool moxboot::read_hard_type(PlainText failure, uint32_t *hard_type)
+{
+    *hard_type = 0;
+    if (MOX_GetBoardHardType(hard_type) != 0)
+        return true;
+    report_failure(failure);
+    return false;
+}
+
 uint32_t moxboot::answer_family(const Family &family, uint8_t *flag)
 {
-    if (flag == nullptr)
-        return failed;
     uint32_t hard_type = 0;
-    if (MOX_GetBoardHardType(&hard_type) == 0) {
-        report_failure(family.failure);
+    if (flag == nullptr || !read_hard_type(family.failure, &hard_type))
         return failed;
-    }
     *flag = contains(family.types, hard_type);
     return ok;
 }

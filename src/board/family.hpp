@@ -16,6 +16,12 @@ struct Family {
     PlainText failure;
 };
 
+// Said by several families and models when the hard type cannot be read.
+constexpr PlainText run_file_unread = "Drvboot Install Runfile By Hardtype NOK for get hard type NOK\n";
+
+// The board's hard type. False when it cannot be read, which is then reported in the caller's words.
+bool read_hard_type(PlainText failure, uint32_t *hard_type);
+
 // A board predicate's answer for a family; see DrvBootPredicate.
 uint32_t answer_family(const Family &family, uint8_t *flag);
 

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: Apache-2.0
+// Links by predicate. A link that is there is kept, so among the rows for one destination the order is the
+// order of precedence: the ptn mode before the plain one, a model before every board.
+#include <moxboot/link.h>
+#include <moxboot/model.h>
+#include <moxboot/work_mode.h>
+
+namespace
+{
+
+constexpr const char *boot = "/boot";
+constexpr const char *np_init = "../bin/np_init";
+constexpr const char *package_conf = "../pkg_pool/program/current/conf";
+constexpr const char *features = "../pkg_pool/program/current/res/mim";
+constexpr const char *features_ptn = "../pkg_pool/program/current/res_ptn/mim";
+constexpr const char *bootfile = "../bootfile";
+constexpr const char *module = "../module";
+constexpr const char *conf = "../conf";
+constexpr const char *data = "../data";
+
+} // namespace
+
+constexpr LinkFileDesc g_linkFileDesc[DRVBOOT_LINK_FILES] = {
+    {boot, "bios_qs3540_mpu.bin", bootfile, "bios_qs3540_mpu.bin", DrvBoot_Qs3540},
+    {boot, "bios_qs3540_nand_mpu.bin", bootfile, "bios_qs3540_nand_mpu.bin", DrvBootIsNg3540NandFlashBoard},
+    {boot, "uImage_qs3540_mpu.bin", bootfile, "uImage_qs3540_mpu.bin", DrvBoot_Qs3540ExcludeNgBoard},
+    {boot, "initrd_qs3540_mpu.img", bootfile, "initrd_qs3540_mpu.img", DrvBoot_Qs3540ExcludeNgBoard},
+    {boot, "bios_qs3520_mpu.bin", bootfile, "bios_qs3520_mpu.bin", DrvBoot_Qs3520NotSpiFlash},
+    {boot, "bios_qs3520_mpu_sfc.bin", bootfile, "bios_qs3520_mpu_sfc.bin", DrvBoot_Qs3520SpiFlash},
+    {boot, "uImage_qs3520_mpu.bin", bootfile, "uImage_qs3520_mpu.bin", DrvBoot_Qs3520},
+    {boot, "initrd_qs3520_mpu.img", bootfile, "initrd_qs3520_mpu.img", DrvBoot_Qs3520},
+    {boot, "dtb_qs3520_mpu.bin", bootfile, "dtb_qs3520_mpu.bin", DrvBoot_Qs3520},
+    {boot, "bios_tk7100_mpu.bin", bootfile, "bios_tk7100_mpu.bin", DrvBoot_A53le},
+    {boot, "uImage_tk7100_mpu.bin", bootfile, "uImage_tk7100_mpu.bin", DrvBoot_A53le},
+    {boot, "initrd_tk7100_mpu.img", bootfile, "initrd_tk7100_mpu.img", DrvBoot_A53le},
+    {boot, "dtb_tk7100_mpu.bin", bootfile, "dtb_tk7100_mpu.bin", DrvBoot_A53le},
+    {boot, "ospkg_qs3540_mpu.bin", bootfile, "ospkg_qs3540_mpu.bin", DrvBoot_IsNg3540Board},
+    {boot, "bios_qs3540_mpu_nextgen.bin", bootfile, "bios_qs3540_mpu_nextgen.bin",
+     DrvBootInstallBiosQs3540NextGen},
+    {boot, "ospkg_qs3520_mpu.bin", bootfile, "ospkg_qs3520_mpu.bin", DrvBoot_Qs3520_nextg},
+    {boot, "bios_qs3520_mpu_sfc_nextgen.bin", bootfile, "bios_qs3520_mpu_sfc_nextgen.bin",
+     DrvBoot_Qs3520_nextg},
+    {boot, "bios_qs3540_mpu_sfc.bin", bootfile, "bios_qs3540_mpu_sfc.bin", DrvBootIsSfc3540Board},
+    {boot, "HSM1.5_qs3540.bin", bootfile, "HSM1.5_qs3540.bin", DrvBootIsSfc3540Board},
+    {np_init, "libatom_np_sdk_7100.so", module, "libatom_np_sdk_7100.so", DrvBoot_A53le},
+    {np_init, "libatom_np_sdk_3540.so", module, "libatom_np_sdk_3540.so", DrvBoot_Qs3540},
+    {package_conf, "keyFile_MOX.txt", conf, "keyFile_MOX.txt", DrvBoot_KeyFileNoNeedLink},
+    {package_conf, "keyFile_MOX_KYP362V.txt", conf, "keyFile_MOX.txt", DrvBoot_InstallKYP362VHWithoutPack},
+    {package_conf, "keyFile_MOX_KYP362V.txt", conf, "keyFile_MOX.txt", DrvBoot_IsInstallRunFile_KYP362V_J},
+    {package_conf, "keyFile_MOX_GL6264Q2V.txt", conf, "keyFile_MOX.txt", DrvBoot_IsInstallRunFile_GL6264_Q2V},
+    {package_conf, "keyFile_MOX_GL6264Q2V.txt", conf, "keyFile_MOX.txt",
+     DrvBoot_IsInstallRunFile_GL6264_Q2V_J},
+    {package_conf, "keyFile_MOX_GL6264Q2R.txt", conf, "keyFile_MOX.txt", DrvBoot_IsInstallRunFile_GL6264_Q2R},
+    {package_conf, "keyFile_MOX_KYP467R.txt", conf, "keyFile_MOX.txt", DrvBootInstallRunFileKYP467R},
+    {package_conf, "keyFile_MOX_Q7Z.txt", conf, "keyFile_MOX.txt", DrvBoot_IsInstallRunFile_GL6264_Q7Z},
+    {package_conf, "keyFileV2_MOX.txt", conf, "keyFileV2_MOX.txt", DrvBoot_KeyFileNoNeedLink},
+    {package_conf, "keyFileV2_MOX_KYP362V.txt", conf, "keyFileV2_MOX.txt",
+     DrvBoot_InstallKYP362VHWithoutPack},
+    {package_conf, "keyFileV2_MOX_KYP362V.txt", conf, "keyFileV2_MOX.txt",
+     DrvBoot_IsInstallRunFile_KYP362V_J},
+    {package_conf, "keyFileV2_MOX_GL6264Q2V.txt", conf, "keyFileV2_MOX.txt",
+     DrvBoot_IsInstallRunFile_GL6264_Q2V},
+    {package_conf, "keyFileV2_MOX_GL6264Q2V.txt", conf, "keyFileV2_MOX.txt",
+     DrvBoot_IsInstallRunFile_GL6264_Q2V_J},
+    {package_conf, "keyFileV2_MOX_GL6264Q2R.txt", conf, "keyFileV2_MOX.txt",
+     DrvBoot_IsInstallRunFile_GL6264_Q2R},
+    {package_conf, "keyFileV2_MOX_GL-H699.txt", conf, "keyFileV2_MOX.txt", DrvBoot_IsInstallRunFile_KYP627_S},
+    {package_conf, "keyFileV2_MOX_GL-H699.txt", conf, "keyFileV2_MOX.txt", DrvBoot_IsInstallRunFile_KYP613_S},
+    {package_conf, "keyFileV2_MOX_KYP467R.txt", conf, "keyFileV2_MOX.txt", DrvBootInstallRunFileKYP467R},
+    {package_conf, "keyFileV2_MOX_Q7Z.txt", conf, "keyFileV2_MOX.txt", DrvBoot_IsInstallRunFile_GL6264_Q7Z},
+    {package_conf, "default_ptn.cfg", conf, "default.cfg", DrvBoot_PtnMode},
+    {package_conf, "default.cfg", conf, "default.cfg", nullptr},
+    {features_ptn, "paf_kyp427W_432R.bin", data, "paf.dat", DrvBoot_KYP432RRunFileByHardtypeAndPtnmode},
+    {features_ptn, "paf_kyp467j_427W.bin", data, "paf.dat", DrvBoot_KYP467JRunFileByHardtypeAndPtnmode},
+    {features_ptn, "paf_KYP362V_H.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP362V_H},
+    {features_ptn, "paf_KYP362V_J.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP362V_J},
+    {features_ptn, "paf_KYP362R_HJV.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP362R_HJV},
+    {features_ptn, "paf_KYP362R_LW.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP362R_LW},
+    {features_ptn, "paf_Ploxy_H637S.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP613_S},
+    {features_ptn, "paf_KYP362R_ZQ.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP362R_ZQ},
+    {features_ptn, "paf_GL6264_Q2R.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_Q2R},
+    {features_ptn, "paf_GL6264_Q2H.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_Q2H},
+    {features_ptn, "paf_GL6264_Q2V.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_Q2V},
+    {features_ptn, "paf_GL6264_Q2V_J.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_Q2V_J},
+    {features_ptn, "paf_GL6264_Q7Z.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_Q7Z},
+    {features_ptn, "paf_GL6264_Q7.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_Q7},
+    {features_ptn, "paf_GL6264_R22.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_R22},
+    {features_ptn, "paf_Ploxy_H632.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_Ploxy_H632},
+    {features_ptn, "paf_Ploxy_H632U.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_Ploxy_H632U},
+    {features_ptn, "paf_Ploxy_H639Q.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_H639Q},
+    {features_ptn, "paf_Ploxy_H622.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_H622},
+    {features_ptn, "paf_Ploxy_H622Q.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_H622Q},
+    {features_ptn, "paf_DUB_594J_R92.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_GL6264_R92},
+    {features_ptn, "paf_dub594h_r22.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_DUB594_R22},
+    {features_ptn, "paf_kyp245W_432V.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP432V_6273},
+    {features_ptn, "paf_kyp519W_432V.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP432V_6274},
+    {features_ptn, "paf_kyp245W_432R.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP432R_6273},
+    {features_ptn, "paf_kyp519W_432R.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP432R_6274},
+    {features_ptn, "paf_KYP247.bin", data, "paf.dat", DrvBoot_IsInstallPtnRunFile_KYP247},
+    {features_ptn, "paf_KYP_467R.bin", data, "paf.dat", DrvBootInstallRunFileKYP467RPtnMode},
+    {features, "paf_KYP_467R.bin", data, "paf.dat", DrvBootInstallRunFileKYP467R},
+    {features, "paf_kyp427W_432R.bin", data, "paf.dat", DrvBoot_IsInstallKYP432RRunFileByHardtype},
+    {features, "paf_kyp467j_427W.bin", data, "paf.dat", DrvBoot_IsInstallKYP467JRunFileByHardtype},
+    {features, "paf_KYP362V_H.bin", data, "paf.dat", DrvBoot_InstallKYP362VHWithoutPack},
+    {features, "paf_KYP362V_J.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP362V_J},
+    {features, "paf_KYP362R_HJV.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP362R_HJV},
+    {features, "paf_KYP362R_LW.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP362R_LW},
+    {features, "paf_Ploxy_H637S.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP613_S},
+    {features, "paf_KYP362R_ZQ.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP362R_ZQ},
+    {features, "paf_GL6264_Q2R.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_Q2R},
+    {features, "paf_GL6264_Q2H.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_Q2H},
+    {features, "paf_GL6264_Q2V.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_Q2V},
+    {features, "paf_GL6264_Q2V_J.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_Q2V_J},
+    {features, "paf_GL6264_Q7Z.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_Q7Z},
+    {features, "paf_GL6264_Q7.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_Q7},
+    {features, "paf_Ploxy_H647S.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP627_S},
+    {features, "paf_GL6264_R22.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_R22},
+    {features, "paf_Ploxy_H632.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_Ploxy_H632},
+    {features, "paf_Ploxy_H632U.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_Ploxy_H632U},
+    {features, "paf_Ploxy_H639Q.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_H639Q},
+    {features, "paf_Ploxy_H622.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_H622},
+    {features, "paf_Ploxy_H622Q.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_H622Q},
+    {features, "paf_DUB_594J_R92.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_GL6264_R92},
+    {features, "paf_dub594h_r22.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_DUB594_R22},
+    {features, "paf_kyp245W_432V.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP432V_6273},
+    {features, "paf_kyp519W_432V.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP432V_6274},
+    {features, "paf_kyp245W_432R.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP432R_6273},
+    {features, "paf_kyp519W_432R.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP432R_6274},
+    {features, "paf_KYP247.bin", data, "paf.dat", DrvBoot_IsInstallRunFile_KYP247},
+};
+static_assert(g_linkFileDesc[DRVBOOT_LINK_FILES - 1].source_file != nullptr, "a row is missing");
