@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Software packages. A package is a tar archive, plain or compressed (gzip, bzip2, xz, zstd). Its first entry
-// is "manifest.json", which names every other entry; the entries are regular files.
+// Software packages. A package is a tar archive, plain or compressed (gzip, bzip2, xz, zstd), of regular
+// files. The first two are "manifest.json", which names all that follow, and "manifest.sha256" with its
+// digest, a line that sha256sum checks.
 //
 // The manifest is a JSON object: "format" (1), "name" and "version" of the package, and "files", a list of
 // objects with
@@ -32,7 +33,6 @@ class Error : public std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-constexpr std::string_view manifest_name = "manifest.json";
 constexpr std::string_view boot_folder = "boot/";
 
 struct File {
@@ -79,7 +79,8 @@ struct Interface {
     // first that fails. The folders must exist.
     void (*unpack)(const std::string &package, std::uint32_t mode, const Placement &placement,
                    const Progress &progress);
-    // Makes a package; the same recipe makes the same bytes. By the ending of `package` it is compressed: ".gz",
+    // Makes a package; the same recipe makes the same bytes. By the ending of `package` it is compressed:
+    // ".gz",
     // ".bz2", ".xz", ".zst". An existing file stays until the new one is whole.
     void (*build)(const std::string &package, const Recipe &recipe);
 };
@@ -91,6 +92,8 @@ extern "C" {
 [[gnu::visibility("default")]] const package::Interface *moxpackage_interface();
 
 // Behind CCPKG_ExtractFileFromCCExt(): 0, or non-zero with the reason in the step trace.
-[[gnu::visibility("default")]] std::uint32_t moxpackage_extract_file(const char *package, const char *destination,
-                                                                     std::uint32_t file_id, std::uint32_t mode);
+[[gnu::visibility("default")]] std::uint32_t moxpackage_extract_file(const char *package,
+                                                                     const char *destination,
+                                                                     std::uint32_t file_id,
+                                                                     std::uint32_t mode);
 }
