@@ -78,6 +78,7 @@ int fchmod(int fd, mode_t mode) noexcept;
 int fstat64(int fd, struct stat64 *status) noexcept;
 int __fstat64_time64(int fd, void *status) noexcept;
 int fsync(int fd);
+int mkdir(const char *path, mode_t mode) noexcept;
 int unlink(const char *path) noexcept;
 int close(int fd);
 ssize_t read(int fd, void *buffer, size_t size);
@@ -150,6 +151,11 @@ int rename(const char *from, const char *to) noexcept
     return go_on<int>("rename", {.function = "rename", .path = from}, from, to);
 }
 
+int mkdir(const char *path, mode_t mode) noexcept
+{
+    return go_on<int>("mkdir", {.function = "mkdir", .path = path}, path, mode);
+}
+
 int unlink(const char *path) noexcept
 {
     return go_on<int>("unlink", {.function = "unlink", .path = path}, path);
@@ -167,7 +173,9 @@ ssize_t read(int fd, void *buffer, size_t size)
 
 ssize_t write(int fd, const void *buffer, size_t size)
 {
-    return go_on<ssize_t>("write", {.function = "write", .fd = fd}, fd, buffer, size);
+    const test::Call call{
+        .function = "write", .fd = fd, .argument = const_cast<void *>(buffer), .size = size};
+    return go_on<ssize_t>("write", call, fd, buffer, size);
 }
 
 int clock_gettime(clockid_t clock, struct timespec *now) noexcept

@@ -2,6 +2,7 @@
 // Stands in front of the libc calls that the stand-ins make. Without a hook they go straight on.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 
@@ -14,7 +15,8 @@ struct Call {
     int fd = -1;
     int flags = 0;
     unsigned long request = 0;
-    void *argument = nullptr;
+    void *argument = nullptr; // write: what is written
+    std::size_t size = 0;     // write
 };
 
 // Answers with the call's result, having set errno itself, or with nothing: then the real call is made.
