@@ -27,6 +27,8 @@ struct Words {
     std::string size, offset, length, file, view = "hex";
     std::optional<std::string> text;
     bool resize = false, settle = false, check = false;
+    std::string pack_type, service_type, logic_id, package, root;
+    bool ptn = false, no_ptn = false;
 };
 
 class CommandLine
@@ -67,5 +69,6 @@ class CommandLine
 void add_board_verbs(CommandLine &line);
 void add_reset_verbs(CommandLine &line);
 void add_store_verbs(CommandLine &line);
+void add_install_verbs(CommandLine &line);
 
 } // namespace moxctl

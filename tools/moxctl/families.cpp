@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // moxctl families: what kind of board this is, or another one would be, by the library's own predicates.
-#include "presumption.hpp"
-#include "question.hpp"
-#include "variable.hpp"
+#include "other_board.hpp"
+#include "reason.hpp"
 #include "verbs.hpp"
 
 #include <moxboot/backup.h>
 #include <moxboot/board.h>
 #include <moxboot/families.h>
-
-#include <cstdlib>
-#include <iterator>
 
 namespace moxctl
 {
@@ -18,16 +14,7 @@ namespace moxctl
 namespace
 {
 
-constexpr const char *flash_variable = "BOOTMEDIA";
-constexpr const char *family_variable = "product_family_type";
 constexpr const char *hard_type_unread = "the hard type could not be read";
-
-// In the order of the library's numbers.
-struct Flash {
-    const char *name;
-    const char *stored; // in the boot variable
-};
-constexpr Flash flashes[] = {{"nor", "NOR"}, {"nand", "NAND"}, {"spi", "SFC"}};
 
 struct Predicate {
     const char *name;
@@ -72,50 +59,6 @@ constexpr HardTypeTest tests[] = {
     {"MOX_IsBoardSuppSelfRun", MOX_IsBoardSuppSelfRun, "can run on its own"},
 };
 
-Presumed presume(const OtherBoard &other)
-{
-    Presumed presumed{other.hard_type, {}};
-    for (const Flash &flash : flashes)
-        if (other.flash == flash.name)
-            presumed.variables[flash_variable] = flash.stored;
-    if (other.family_type)
-        presumed.variables[family_variable] = std::to_string(*other.family_type);
-    return presumed;
-}
-
-// How a boot variable's text was come by.
-std::string source(const char *name, const Variable &variable)
-{
-    const std::string boot_variable = std::string("boot variable \"") + name + '"';
-    return variable.value ? boot_variable + " is \"" + *variable.value + '"' : boot_variable + " is not set";
-}
-
-Answer flash(const OtherBoard &other)
-{
-    const std::uint32_t type = DrvBootGetFlashType();
-    const std::string name = type < std::size(flashes) ? flashes[type].name : std::to_string(type);
-    Answer answer = words(name);
-    if (!other.flash.empty()) {
-        answer.meaning = "as given";
-        return answer;
-    }
-    // The library takes a variable that it cannot read for NOR.
-    const Variable variable = read_variable(flash_variable);
-    answer.meaning = source(flash_variable, variable);
-    return learnt_from(variable, answer);
-}
-
-Answer family_type(const OtherBoard &other)
-{
-    if (other.family_type)
-        return number(*other.family_type, "as given");
-    const Variable variable = read_variable(family_variable);
-    if (!variable.value)
-        return learnt_from(variable, {nullptr, "none", source(family_variable, variable)});
-    // As the library reads it.
-    return number(std::strtoul(variable.value->c_str(), nullptr, 10), source(family_variable, variable));
-}
-
 Answer asked(const Predicate &predicate)
 {
     std::uint8_t flag = 0;
@@ -132,37 +75,20 @@ Answer single_channel()
 
 } // namespace
 
-std::vector<std::string> flash_names()
-{
-    std::vector<std::string> names;
-    for (const Flash &flash : flashes)
-        names.emplace_back(flash.name);
-    return names;
-}
-
 Outcome families(const OtherBoard &other)
 {
     const Presumed presumed = presume(other);
     const Presumption presumption(presumed);
-    std::optional<Failure> no_type;
-    std::uint32_t type = 0;
-    if (MOX_GetBoardHardType(&type) == 0) // inverted: 1 is success
-        no_type = why(item_hard_type, internal_failure);
-
-    Outcome outcome;
-    outcome.facts = {
-        {"hard_type", "Hard type",
-         no_type ? unreadable(*no_type) : hexadecimal(type, other.hard_type ? "as given" : "this board's")},
-        {"flash", "Start-up flash", flash(other)},
-        {"family_type", "Product family", family_type(other)}};
+    Outcome outcome{{hard_type_fact(other), flash_fact(other), family_type_fact(other)}};
+    const Json type = outcome.facts.front().answer.value;
     for (const Predicate &predicate : predicates)
         outcome.facts.push_back({predicate.name, predicate.name, asked(predicate)});
     outcome.facts.push_back({"MOX_IsSingleChlBoard", "MOX_IsSingleChlBoard", single_channel()});
     for (const HardTypeTest &test : tests)
         outcome.facts.push_back({test.name, test.name,
-                                 no_type ? unreadable(internal_failure, hard_type_unread)
-                                         : yes_or_no(test.holds(type) != 0, test.meaning)});
-    if (no_type)
+                                 type.is_null() ? unreadable(internal_failure, hard_type_unread)
+                                                : yes_or_no(test.holds(type) != 0, test.meaning)});
+    if (type.is_null())
         outcome.error = "the board does not tell its hard type; --hard-type asks about any board";
     return outcome;
 }

@@ -23,6 +23,8 @@ constexpr const char *examples = R"(Examples:
   moxctl item set slot3 0x10002202 1
   moxctl families --hard-type 0x90020757 --flash nand
                                              what kind of board another board is
+  moxctl plan --hard-type 0x90B2077D --logic-id 0x32F0B050 --ptn
+                                             what an installation would do on that board
   moxctl blackbox create crash 4096 && moxctl blackbox write crash --from core.txt
   moxctl blackbox read crash --view text     the records that a module left
   moxctl rsvmem map session 0x10000          a memory, and whether it survived
@@ -46,6 +48,7 @@ Request parse(int argc, char **argv)
     add_board_verbs(line);
     add_reset_verbs(line);
     add_store_verbs(line);
+    add_install_verbs(line);
     try {
         line.app().parse(argc, argv);
     } catch (const CLI::ParseError &error) {

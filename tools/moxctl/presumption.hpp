@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Asks the library about another board. The library learns what it does not know itself by calling its own
-// exported functions; moxctl puts definitions in front of two of them, which hand on every question but those
-// whose answer is presumed.
+// exported functions and the platform's; moxctl puts definitions in front of some of them, which hand on
+// every question but those whose answer is presumed.
 #pragma once
 
 #include <cstdint>
@@ -12,12 +12,19 @@
 namespace moxctl
 {
 
+using Variables = std::map<std::string, std::string>;
+
 struct Presumed {
     std::optional<std::uint32_t> hard_type;
-    std::map<std::string, std::string> variables; // of the boot environment
+    std::optional<std::uint32_t> logic_id;
+    Variables boot;     // of the boot environment
+    Variables platform; // of the platform environment
+    Variables memory;   // of the memory environment
 };
 
-// While it lives, the library takes the board to be like that. One at a time.
+// While it lives, the library takes the board to be like that, and nothing is written to the platform
+// environment: some questions note there what they found, which a question about a board must not. One at a
+// time.
 class Presumption
 {
   public:

@@ -4,6 +4,7 @@
 
 #include "bytes.hpp"
 #include "facts.hpp"
+#include "other_board.hpp"
 #include "talk.hpp"
 
 #include <moxboot/driver.h>
@@ -28,13 +29,6 @@ Outcome times(unsigned footprint_steps);
 Outcome get_item(const std::string &device, std::uint32_t code);
 Outcome set_item(const std::string &device, std::uint32_t code, std::uint32_t value);
 
-// A board to ask about in place of this one; what is left out is this one's.
-struct OtherBoard {
-    std::optional<std::uint32_t> hard_type;
-    std::string flash; // one of flash_names(); empty: left out
-    std::optional<std::uint32_t> family_type;
-};
-std::vector<std::string> flash_names();
 Outcome families(const OtherBoard &other);
 
 Outcome get_backup_state();
@@ -101,5 +95,8 @@ Outcome set_start_flag(std::uint32_t flag, bool check);
 Outcome product_paths(const std::string &package); // empty: no package
 Outcome sync_info();
 Outcome sync_match(const std::string &peer_version);
+
+// A package or root that is empty is none.
+Outcome plan_installation(const OtherBoard &other, const std::string &package, const std::string &root);
 
 } // namespace moxctl
