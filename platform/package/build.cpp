@@ -63,6 +63,7 @@ class Writer
         if (archive_ == nullptr)
             throw std::bad_alloc();
         archive_write_set_format_pax_restricted(archive_.get());
+        archive_write_set_bytes_in_last_block(archive_.get(), 1); // what is compressed must not be filled up
         if (add_filter() != ARCHIVE_OK ||
             archive_write_open2(archive_.get(), &file_, nullptr, write_block, nullptr, nullptr) != ARCHIVE_OK)
             fail();

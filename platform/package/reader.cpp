@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <new>
 
 namespace package
@@ -35,7 +36,7 @@ archive *new_archive()
 Reader::Reader(const std::string &package) : package_(package), archive_(new_archive())
 {
     if (archive_read_open_filename(archive_.get(), package.c_str(), block_size) != ARCHIVE_OK)
-        fail_reading();
+        fail(std::string("it cannot be opened: ") + std::strerror(archive_errno(archive_.get())));
     const std::string text = preface(manifest_name);
     if (preface(manifest_digest_name) != digest_line(text))
         fail("the manifest is not the one that its digest was made of");
@@ -83,7 +84,7 @@ std::string Reader::preface(std::string_view name)
     const auto size = static_cast<std::uint64_t>(archive_entry_size(entry_));
     if (size > largest_manifest)
         fail(std::string(name) + " is larger than it may be");
-    std::string text(size, '\0');
+    std::string text(static_cast<std::size_t>(size), '\0');
     if (archive_read_data(archive_.get(), text.data(), text.size()) != static_cast<la_ssize_t>(text.size()))
         fail_reading();
     return text;
