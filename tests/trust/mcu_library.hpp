@@ -2,6 +2,8 @@
 // Board-support libraries that answer what a test wants, in place of the stand-ins.
 #pragma once
 
+#include "support/front_library.hpp"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -30,8 +32,5 @@ enum class Kind { status, die_id, no_library };
 void put_in_front(const std::string &name, Kind kind);
 // The stand-ins again.
 void remove_from_front();
-
-// Whether a library of this name is loaded now.
-bool loaded(const std::string &name);
 
 } // namespace test
