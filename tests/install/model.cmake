@@ -8,7 +8,7 @@ set(MODEL_TEST_LIBS moxplatform)
 
 # Boards by the ten thousand: no driver, no environment and no file system behind them.
 moxboot_add_test(install_oracle_test PLAIN
-  SOURCES model_reads_test.cpp oracle_sweep_test.cpp fake_board.cpp oracle.cpp oracle_rows.cpp ${_board_rows}
+  SOURCES model_reads_test.cpp oracle_sweep_test.cpp oracle_unread_test.cpp fake_board.cpp oracle.cpp oracle_rows.cpp ${_board_rows}
   LIBS moxboot moxplatform LABELS library install TIMEOUT 120)
 
 # Some boards on a real file tree.

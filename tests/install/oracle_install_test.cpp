@@ -89,6 +89,8 @@ class InstallationTest : public ModelTest
     {
         constexpr const char *media[] = {"NOR", "NAND", "SFC"};
         machine = wanted;
+        if (!machine.hard_type)
+            machine.logic_id = std::nullopt; // its slot is in the hard information, which needs the hard type
         board.clear_faults();
         if (machine.hard_type)
             be(*machine.hard_type);

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // Whole installations on every kind of board there is, compared with what the rows say.
 #include "board/family_rows.hpp"
-#include "install/fake_board.hpp"
 #include "install/model_rows.hpp"
 #include "install/oracle_rows.hpp"
+#include "install/oracle_test.hpp"
 
-#include <moxboot/moxboot.h>
-
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <iostream>
 #include <set>
@@ -19,16 +16,6 @@ namespace
 {
 
 using Values = std::vector<std::optional<std::uint32_t>>;
-constexpr const char *root = "/opt/moxv8/install";
-constexpr const char *package = "/tmp/package.cc";
-
-FakeBoard *installed; // for the updater below, a plain function
-
-std::uint32_t update(std::uint32_t type, const char *path)
-{
-    installed->preloaded.emplace_back(type, path);
-    return 0;
-}
 
 // The named values, another one, and none.
 Values with_others(const std::set<std::uint32_t> &named, std::uint32_t other)
@@ -48,54 +35,13 @@ Values logic_ids()
     return with_others(named, 0);
 }
 
-class SweepTest : public testing::TestWithParam<std::optional<std::uint32_t>>
+class SweepTest : public OracleTest, public testing::WithParamInterface<std::optional<std::uint32_t>>
 {
   protected:
-    SweepTest()
-    {
-        fake.package = package;
-        for (const std::string &source : oracle.sources())
-            everything.insert(source);
-        for (const std::string &source : oracle.generic_sources())
-            generic.insert(source);
-        installed = &fake;
-    }
-    ~SweepTest() override
-    {
-        be(static_cast<FakeBoard *>(nullptr));
-    }
-
-    const Oracle oracle{root};
-    FakeBoard fake;
-    std::unordered_set<std::string> everything;
-    std::unordered_set<std::string> generic;
+    const std::unordered_set<std::string> everything = as_set(oracle.sources());
+    const std::unordered_set<std::string> generic = as_set(oracle.generic_sources());
     std::size_t combinations = 0;
 
-    void extract_and_preload()
-    {
-        fake.extracted.clear();
-        fake.preloaded.clear();
-        be(&fake);
-        const std::int32_t noted = MOX_InstallPkgNotify(1, package, root);
-        const std::uint32_t updated = DrvBootUpdateStartupFile(update, nullptr);
-        be(nullptr);
-        ASSERT_EQ(noted, 0);
-        ASSERT_EQ(updated, 0u);
-        ASSERT_EQ(fake.extracted, extraction(fake.machine));
-        ASSERT_EQ(fake.preloaded, preload(fake.machine));
-    }
-    void link(const std::unordered_set<std::string> &files)
-    {
-        fake.files = files;
-        fake.links.clear();
-        be(&fake);
-        const std::int32_t result = MOX_AfterInstallRunFile(root);
-        be(nullptr);
-        ASSERT_EQ(result, fake.machine.logic_id ? 0 : static_cast<std::int32_t>(logic_id_code));
-        ASSERT_EQ(fake.links, oracle.links(fake.machine, [&](const std::string &source) {
-            return files.count(source) != 0;
-        }));
-    }
     // One board, in both modes.
     void install(const Machine &machine)
     {
@@ -104,9 +50,9 @@ class SweepTest : public testing::TestWithParam<std::optional<std::uint32_t>>
             SCOPED_TRACE(testing::PrintToString(fake.machine));
             fake.machine.ptn = ptn;
             fake.mode_kept = ++combinations / 2 % 2 == 0;
-            ASSERT_NO_FATAL_FAILURE(extract_and_preload());
-            ASSERT_NO_FATAL_FAILURE(link(everything));
-            ASSERT_NO_FATAL_FAILURE(link(generic));
+            ASSERT_NO_FATAL_FAILURE(expect_files());
+            ASSERT_NO_FATAL_FAILURE(expect_links(everything));
+            ASSERT_NO_FATAL_FAILURE(expect_links(generic));
         }
     }
 };
