@@ -24,7 +24,7 @@ void detach();
 // variant was called: "open" also stands for openat, open64 and __open64_2. Fields that a function has no use
 // for keep their defaults.
 //
-//   open                             path; size: flags
+//   open                             path; size: flags; data: its mode, a mode_t
 //   close, ioctl, read, write        fd; size: request or count of bytes; data: argument or buffer
 //   lseek, fstat, dup, dup2, dup3, fcntl   fd; size: new number or command; data: output
 //   malloc, calloc, free             size; data: the block to free (a hook cannot keep it from being freed)

@@ -46,6 +46,7 @@ int open_path(const char *path, int flags, mode_t mode, const void *caller, Next
     LibcCall call{"open", caller};
     call.path = path;
     call.size = static_cast<unsigned>(flags);
+    call.data = &mode;
     return inprocess::unless_answered(call, [&] {
         return is_device(path) ? open_device(path, flags, next_open) : next_open(path, flags, mode);
     });
