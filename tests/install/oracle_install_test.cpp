@@ -48,6 +48,8 @@ class InstallationTest : public ModelTest
             fs::create_directories("/opt/moxv8/" + std::string(directory));
         for (const char *directory : {"conf", "data", "res/mim", "res_ptn/mim"})
             fs::create_directories("/opt/moxv8/pkg_pool/program/current/" + std::string(directory));
+        clear_links();
+        withdraw(oracle.sources());
     }
 
     const std::string root = "/opt/moxv8/install";

@@ -57,16 +57,16 @@ class SweepTest : public OracleTest, public testing::WithParamInterface<std::opt
     }
 };
 
-// Whether some row for boards of this hard type asks for an attribute.
+// The attributes that some row for boards of this hard type asks for.
 struct Asked {
     bool flash = false;
     bool pack = false;
     bool service = false;
+    bool id = false;
 };
 
-Asked asked_on(std::optional<std::uint32_t> hard_type)
+std::vector<std::string> all_row_conditions()
 {
-    Asked asked;
     std::vector<std::string> names;
     for (const LinkRow &row : link_rows)
         names.push_back(row.condition);
@@ -74,45 +74,79 @@ Asked asked_on(std::optional<std::uint32_t> hard_type)
         names.push_back(row.condition);
     for (const PreloadRow &row : preload_rows)
         names.push_back(row.condition);
-    for (const std::string &name : names) {
+    return names;
+}
+
+Asked asked_on(std::optional<std::uint32_t> hard_type)
+{
+    Asked asked;
+    for (const std::string &name : all_row_conditions()) {
         const Condition &one = condition(name);
         if (!hard_type || !holds(one.types, *hard_type))
             continue;
         asked.flash |= !one.flashes.empty();
         asked.pack |= !one.pack_types.empty();
         asked.service |= !one.service_types.empty();
+        asked.id |= !one.logic_ids.empty();
     }
     for (const KeyFileRow &row : key_file_rows)
         asked.service |= hard_type == row.hard_type;
+    asked.id |= hard_type == q7z_board;
     return asked;
 }
 
-// Attributes that some row for this hard type asks for are combined with one another, and all with every
-// logic id, which rows for every hard type ask for. The others take their values in turn.
+// The values that an attribute takes in a sweep: all of them, or, where no row asks for it, the next one in
+// turn each time. Unread it counts on every board: the rows of other boards are then tried.
+class Attribute
+{
+  public:
+    Attribute(Values all, bool asked, bool counts_unread)
+        : all_(std::move(all)), asked_(asked), choices_(asked           ? all_.size()
+                                                        : counts_unread ? 2
+                                                                        : 1)
+    {
+    }
+    std::size_t choices() const
+    {
+        return choices_;
+    }
+    std::optional<std::uint32_t> value(std::size_t choice)
+    {
+        if (asked_)
+            return all_[choice];
+        if (choice == 1)
+            return std::nullopt;
+        const std::size_t turn = turns_++;
+        return all_[(turn + turn / all_.size()) % all_.size()];
+    }
+    // Whether each value has been taken `times` times, or needs no turns.
+    bool done(std::size_t times) const
+    {
+        return asked_ || turns_ >= times * all_.size();
+    }
+
+  private:
+    Values all_;
+    bool asked_;
+    std::size_t choices_;
+    std::size_t turns_ = 0;
+};
+
 TEST_P(SweepTest, AnInstallationComesToWhatTheRowsSay)
 {
     const Asked asked = asked_on(GetParam());
-    const Values flashes = {0, 1, 2};
-    const Values packs = with_others(all_values(Second::pack_type), 113);
-    const Values services = with_others(all_values(Second::service_type), 12);
-    const Values only_in_turn = {std::nullopt};
-    std::size_t turn = 0;
-    auto in_turn = [&](bool combined, const Values &values, const std::optional<std::uint32_t> &value) {
-        return combined ? value : values[turn % values.size()];
-    };
-    const int rounds = asked.flash || asked.pack || asked.service ? 1 : 3;
-    for (int round = 0; round < rounds; ++round)
-        for (const auto &flash : asked.flash ? flashes : only_in_turn)
-            for (const auto &pack : asked.pack ? packs : only_in_turn)
-                for (const auto &service : asked.service ? services : only_in_turn) {
-                    ++turn; // a logic id meets other values than in the last pass
-                    for (const auto &id : logic_ids()) {
-                        ++turn;
-                        ASSERT_NO_FATAL_FAILURE(install({GetParam(), *in_turn(asked.flash, flashes, flash),
-                                                         in_turn(asked.pack, packs, pack),
-                                                         in_turn(asked.service, services, service), id}));
-                    }
-                }
+    Attribute flash({0, 1, 2}, asked.flash, false);
+    Attribute pack(with_others(all_values(Second::pack_type), 113), asked.pack, false);
+    Attribute service(with_others(all_values(Second::service_type), 12), asked.service, true);
+    Attribute id(logic_ids(), asked.id, true);
+    do
+        for (std::size_t f = 0; f < flash.choices(); ++f)
+            for (std::size_t p = 0; p < pack.choices(); ++p)
+                for (std::size_t s = 0; s < service.choices(); ++s)
+                    for (std::size_t i = 0; i < id.choices(); ++i)
+                        ASSERT_NO_FATAL_FAILURE(install(
+                            {GetParam(), *flash.value(f), pack.value(p), service.value(s), id.value(i)}));
+    while (!flash.done(2) || !pack.done(2) || !service.done(2) || !id.done(2));
     std::cout << combinations << " boards\n";
 }
 
