@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // One item query, one log line and one watchdog feed, each against the same calls written out by hand. Runs
 // in a file tree of its own, because it answers at "/dev/log".
+#include "log_service.hpp"
 #include "ratio.hpp"
 
 #include "vboard/front/inprocess.hpp"
@@ -15,10 +16,7 @@
 #include <fcntl.h>
 #include <optional>
 #include <sys/ioctl.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <syslog.h>
-#include <thread>
 #include <unistd.h>
 
 namespace
@@ -140,39 +138,12 @@ void log_floor(benchmark::State &state)
     }
 }
 
-// Takes the log lines off their socket, as the board's log service does.
-void serve_log(int socket)
-{
-    char datagram[1024];
-    while (recv(socket, datagram, sizeof datagram, 0) > 0) {
-    }
-}
-
-int open_log()
-{
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, "/dev/log");
-    int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
-        std::perror("bench: /dev/log (start this program with `vboard tree --`)");
-        std::exit(1);
-    }
-    return fd;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    std::thread(serve_log, open_log()).detach();
-
-    // What the log lines print goes nowhere; the table goes where standard output was.
-    std::fflush(stdout);
-    int table = dup(STDOUT_FILENO);
-    int nowhere = open("/dev/null", O_WRONLY);
-    dup2(nowhere, STDOUT_FILENO);
-    dup2(nowhere, STDERR_FILENO);
+    bench::serve_log();
+    const int table = bench::silence(); // of what the log lines print
 
     auto pair = [](const char *name, void (*run)(benchmark::State &)) {
         benchmark::RegisterBenchmark(name, run)->Repetitions(11)->MinTime(0.05)->UseRealTime();

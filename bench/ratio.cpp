@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bench
@@ -28,19 +29,34 @@ class Collector : public benchmark::BenchmarkReporter
             if (run.run_type == Run::RT_Iteration && !run.error_occurred)
                 times_[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
     }
-    double median(const std::string &name) const
+    // In the order of the repetitions.
+    std::vector<double> times(const std::string &name) const
     {
-        auto found = times_.find(name);
-        if (found == times_.end())
-            return 0;
-        std::vector<double> sorted = found->second;
-        std::sort(sorted.begin(), sorted.end());
-        return sorted[sorted.size() / 2];
+        const auto found = times_.find(name);
+        return found != times_.end() ? found->second : std::vector<double>();
     }
 
   private:
     std::map<std::string, std::vector<double>> times_;
 };
+
+double median(std::vector<double> values)
+{
+    if (values.empty())
+        return 0;
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// Of each repetition by itself, the middle half: how much the ratio depends on the moment.
+std::pair<double, double> spread(const std::vector<double> &library, const std::vector<double> &floor)
+{
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < std::min(library.size(), floor.size()); ++i)
+        ratios.push_back(library[i] / floor[i]);
+    std::sort(ratios.begin(), ratios.end());
+    return {ratios[ratios.size() / 4], ratios[ratios.size() * 3 / 4]};
+}
 
 } // namespace
 
@@ -55,19 +71,22 @@ int run_pairs(int argc, char **argv, const Goal *goals, int count, int table)
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
     bool complete = true;
-    dprintf(table, "%-34s %12s %12s %8s %8s  %s\n", "subject", "library ns", "floor ns", "ratio", "goal",
-            "verdict");
+    dprintf(table, "%-34s %12s %12s %8s %15s %8s  %s\n", "subject", "library ns", "floor ns", "ratio",
+            "middle half", "goal", "verdict");
     for (const Goal *goal = goals; goal != goals + count; ++goal) {
-        double library = collector.median(std::string(goal->subject) + "/library");
-        double floor = collector.median(std::string(goal->subject) + "/floor");
+        const std::vector<double> library_times = collector.times(std::string(goal->subject) + "/library");
+        const std::vector<double> floor_times = collector.times(std::string(goal->subject) + "/floor");
+        const double library = median(library_times);
+        const double floor = median(floor_times);
         if (library <= 0 || floor <= 0) {
             dprintf(table, "%-34s did not run\n", goal->subject);
             complete = false;
             continue;
         }
         double ratio = library / floor;
-        dprintf(table, "%-34s %12.1f %12.1f %8.3f %8.2f  %s\n", goal->subject, library, floor, ratio,
-                goal->ratio, ratio <= goal->ratio ? "reached" : "missed");
+        const auto [low, high] = spread(library_times, floor_times);
+        dprintf(table, "%-34s %12.1f %12.1f %8.3f   %5.3f - %5.3f %8.2f  %s\n", goal->subject, library, floor,
+                ratio, low, high, goal->ratio, ratio <= goal->ratio ? "reached" : "missed");
     }
     return complete ? 0 : 1;
 }

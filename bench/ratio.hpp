@@ -11,9 +11,10 @@ struct Goal {
     double ratio; // library time over floor time, at most
 };
 
-// Runs all registered benchmarks several times in turns, prints for each goal both medians, the ratio and the
-// verdict on the descriptor `table`. Gives the exit status: 0 also when a goal is missed, for a slow moment
-// of the machine is no fault; 1 when a benchmark did not run.
+// Runs all registered benchmarks several times in turns, prints for each goal both medians, their ratio, the
+// middle half of the ratios of single repetitions, and the verdict on the descriptor `table`. Gives the exit
+// status: 0 also when a goal is missed, for a slow moment of the machine is no fault; 1 when a benchmark did
+// not run.
 int run_pairs(int argc, char **argv, const Goal *goals, int count, int table);
 
 } // namespace bench
