@@ -26,6 +26,9 @@ extern std::function<std::uint32_t()> on_refresh;
 // Takes a file out of a package; none: the platform does.
 extern std::function<std::uint32_t(const std::string &destination)> on_extract;
 
+// What was looked for in "/boot": "exists /boot/name", or the mode of another question.
+extern std::vector<std::string> looked_for;
+
 void forget_spies();
 
 } // namespace test

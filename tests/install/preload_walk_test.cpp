@@ -156,6 +156,7 @@ TEST_P(PreloadFileTest, ItsBoardGetsIt)
 {
     EXPECT_EQ(during([&] { EXPECT_EQ(walk(), 0u); }), nothing());
     EXPECT_EQ(asked, row.updates);
+    EXPECT_TRUE(looked_for.empty()) << "what has been written is there";
 }
 
 TEST_P(PreloadFileTest, AnExistingFileThatIsNotWrittenStopsTheWalk)
@@ -166,7 +167,9 @@ TEST_P(PreloadFileTest, AnExistingFileThatIsNotWrittenStopsTheWalk)
     expect_stop("an empty file");
     put_file(row.path());
     std::filesystem::permissions(row.path(), std::filesystem::perms::none);
+    looked_for.clear();
     expect_stop("a file that nobody may read");
+    EXPECT_EQ(looked_for, Words(3, "exists " + row.path()));
     std::filesystem::create_directory(row.path());
     expect_stop("a directory");
     std::filesystem::create_symlink("/boot", row.path());

@@ -21,8 +21,16 @@ namespace
 using namespace std::string_literals;
 using Content = std::optional<std::string>;
 
-const std::string old_image(40'000, 'o');
-const std::string new_image(50'000, 'n'); // several blocks
+// No two parts are alike, so that one in the wrong place shows.
+std::string image_of(size_t size, unsigned step)
+{
+    std::string bytes(size, '\0');
+    for (size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<char>(i * step + i / 251);
+    return bytes;
+}
+const std::string old_image = image_of(40'000, 7);
+const std::string new_image = image_of(50'000, 11); // several blocks
 
 struct Change {
     const char *name;

@@ -167,10 +167,12 @@ TEST_F(FlashNowhere, AFileIsNoFolder)
 TEST_F(FlashNowhere, APathThatIsTooLongIsAFailure)
 {
     expect_refusals(scratch.path(std::string(PATH_MAX, 'x')));
+    // The folder is there; what lies in it would have a path of one byte too many, and more.
     std::string longest = scratch.path("");
-    while (longest.size() + 2 < PATH_MAX)
-        longest += "./";
-    expect_refusals(longest); // the folder itself is there
+    while (longest.size() + sizeof "/startup-256" <= PATH_MAX)
+        longest += "/";
+    for (; longest.size() < PATH_MAX; longest += "/")
+        expect_refusals(longest);
 }
 
 class NorArea : public Flash
