@@ -93,6 +93,7 @@ TEST_F(BootFileExtractTest, IdsAreHexadecimal)
                                   {"a", "none", yes},       {"a", "0x1g", yes}};
     EXPECT_EQ(extract(table), 0u);
     std::vector<std::uint32_t> ids;
+    ids.reserve(taken.size());
     for (const Taken &one : taken)
         ids.push_back(one.id);
     EXPECT_EQ(ids, (std::vector<std::uint32_t>{0x08000005, 0xA1200501, 0xFF, 0x10, 0xFFFFFFFF, 0, 0, 1}));

@@ -40,7 +40,7 @@ TEST_F(LinkStepsTest, ARelativeDirectoryGoesBehindTheRoot)
 TEST_F(LinkStepsTest, APathNeedsRoomForItsTerminator)
 {
     std::array<char, 16> path = {};
-    for (const auto &[directory, length] : {std::pair{"/dir", 6u}, {"dir", 8u}}) { // "/dir/f", "r/dir/f"
+    for (const char *directory : {"/dir", "dir"}) { // "/dir/f", "r/dir/f"
         const std::uint32_t size = directory[0] == '/' ? 6 : 7;
         path.fill('#');
         EXPECT_EQ(DrvBoot_FormatSrcPath("r", directory, "f", path.data(), size), -1) << directory;
@@ -49,7 +49,6 @@ TEST_F(LinkStepsTest, APathNeedsRoomForItsTerminator)
         EXPECT_EQ(DrvBoot_FormatSrcPath("r", directory, "f", path.data(), size + 1), 0) << directory;
         EXPECT_EQ(path.at(size), '\0');
         EXPECT_EQ(path.at(size + 1), '#');
-        EXPECT_LE(length, 8u);
     }
 }
 
@@ -105,16 +104,18 @@ TEST_F(LinkStepsTest, WhatDoesNotExistIsToldWithItsReason)
     deliver(src("a"));
     link(src("dangling"), "gone");
     link(src("circle"), "circle");
-    for (const auto &[path, error] : {std::pair{src("gone"), ENOENT},
-                                      {src("dangling"), ENOENT},
-                                      {src("circle"), ELOOP},
-                                      {src("a/b"), ENOTDIR},
-                                      {std::string(), ENOENT},
-                                      {src(std::string(300, 'n')), ENAMETOOLONG}})
+    const auto expect_absent = [&](const std::string &path, int error) {
         EXPECT_EQ(during([&] { EXPECT_EQ(DrvBoot_IsFileExisted(path.c_str()), 0u); }), absent(path, error));
+    };
+    for (const auto &[missing, reason] : {std::pair{src("gone"), ENOENT},
+                                          {src("dangling"), ENOENT},
+                                          {src("circle"), ELOOP},
+                                          {src("a/b"), ENOTDIR},
+                                          {std::string(), ENOENT},
+                                          {src(std::string(300, 'n')), ENAMETOOLONG}})
+        expect_absent(missing, reason);
     fail_libc("access", EACCES);
-    EXPECT_EQ(during([&] { EXPECT_EQ(DrvBoot_IsFileExisted(src("a").c_str()), 0u); }),
-              absent(src("a"), EACCES));
+    expect_absent(src("a"), EACCES);
 }
 
 TEST_F(LinkStepsTest, ANullPathDoesNotExist)
