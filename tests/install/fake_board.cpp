@@ -34,7 +34,7 @@ std::uint32_t answer(const std::optional<std::string> &text, char *value, std::s
     if (!text || text->size() >= size)
         return 1;
     memcpy(value, text->c_str(), text->size() + 1);
-    return 0;
+    return board->fails_with_text ? 1 : 0;
 }
 
 std::optional<std::string> decimal(const std::optional<std::uint32_t> &number)

@@ -18,6 +18,7 @@ constexpr std::uint32_t logic_id_code = 10000; // of a logic id that cannot be r
 struct FakeBoard {
     Machine machine;
     bool mode_kept = false;         // the current mode counts, not the next one
+    bool fails_with_text = false;   // a failed read leaves a value all the same
     bool records_reads = false;     // whether `reads` is kept
     std::vector<std::string> reads; // attributes that were read or written, in order
 

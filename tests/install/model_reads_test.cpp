@@ -140,5 +140,25 @@ TEST_F(ReadsTest, TheKeyFileRuleStopsAtTheFirstThatCannotBeRead)
     EXPECT_EQ(reads(DrvBoot_KeyFileNoNeedLink, 0xFFFFFFFF), Reads{"hard type"});
 }
 
+TEST_F(ReadsTest, AFailedReadCountsAsOneWhateverItLeavesBehind)
+{
+    fake.fails_with_text = true;
+    std::uint8_t flag = 0xAA;
+    std::uint32_t service_type = 99;
+    for (const ModelRow &row : model_rows)
+        if (row.second == Second::pack_type) {
+            fake.machine.hard_type = row.types.front();
+            fake.machine.pack_type = row.values.front();
+            be(&fake);
+            EXPECT_EQ(row.function(&flag, 0), 0u);
+            be(nullptr);
+            EXPECT_EQ(flag, 0) << row.name;
+        }
+    be(&fake);
+    EXPECT_EQ(DrvBoot_GetProductServiceType(&service_type), 0xFFFFFFFF);
+    be(nullptr);
+    EXPECT_EQ(service_type, 99u);
+}
+
 } // namespace
 } // namespace test

@@ -3,7 +3,7 @@
 
 #include "board/family_rows.hpp"
 #include "install/model_rows.hpp"
-#include "install/oracle_rows.hpp"
+#include "install/oracle_rules.hpp"
 
 #include <algorithm>
 #include <set>
@@ -149,12 +149,12 @@ Applies applies(const Condition &asked, const Machine &machine)
 Oracle::Oracle(const std::string &root)
 {
     std::set<std::string> boot_files;
-    for (const ExtractRow &row : extract_rows)
+    for (const ExtractRule &row : extract_rules)
         boot_files.insert(row.file);
-    for (const LinkRow &row : link_rows)
+    for (const LinkRule &row : link_rules)
         candidates_.push_back({&condition(row.condition), source_path(root, row.source_directory, row.source),
                                link_path(root, row.directory, row.link), boot_files.count(row.source) != 0});
-    for (const EncapRow &row : encap_rows)
+    for (const EncapRule &row : encap_rules)
         replacements_.push_back({row.logic_ids, source_path(root, row.source_directory, row.source),
                                  link_path(root, row.directory, row.link)});
 }
@@ -198,7 +198,7 @@ Links Oracle::links(const Machine &machine, const Delivered &delivered, Links be
 std::vector<Extracted> extraction(const Machine &machine)
 {
     std::vector<Extracted> files;
-    for (const ExtractRow &row : extract_rows)
+    for (const ExtractRule &row : extract_rules)
         if (applies(condition(row.condition), machine) == Applies::yes)
             files.emplace_back("/boot/" + row.file, row.id);
     return files;
@@ -207,7 +207,7 @@ std::vector<Extracted> extraction(const Machine &machine)
 std::vector<Preloaded> preload(const Machine &machine)
 {
     std::vector<Preloaded> files;
-    for (const PreloadRow &row : preload_rows)
+    for (const PreloadRule &row : preload_rules)
         if (applies(condition(row.condition), machine) == Applies::yes)
             files.emplace_back(row.type, row.path);
     return files;

@@ -2,7 +2,7 @@
 // Whole installations on every kind of board there is, compared with what the rows say.
 #include "board/family_rows.hpp"
 #include "install/model_rows.hpp"
-#include "install/oracle_rows.hpp"
+#include "install/oracle_rules.hpp"
 #include "install/oracle_test.hpp"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ Values with_others(const std::set<std::uint32_t> &named, std::uint32_t other)
 Values logic_ids()
 {
     std::set<std::uint32_t> named = all_values(Second::logic_id);
-    for (const EncapRow &row : encap_rows)
+    for (const EncapRule &row : encap_rules)
         named.insert(row.logic_ids.begin(), row.logic_ids.end());
     named.insert({0x32F08206, 0x32F0B040, 0x32F0B0A0, 0x42F0F000});
     return with_others(named, 0);
@@ -68,11 +68,11 @@ struct Asked {
 std::vector<std::string> all_row_conditions()
 {
     std::vector<std::string> names;
-    for (const LinkRow &row : link_rows)
+    for (const LinkRule &row : link_rules)
         names.push_back(row.condition);
-    for (const ExtractRow &row : extract_rows)
+    for (const ExtractRule &row : extract_rules)
         names.push_back(row.condition);
-    for (const PreloadRow &row : preload_rows)
+    for (const PreloadRule &row : preload_rules)
         names.push_back(row.condition);
     return names;
 }
