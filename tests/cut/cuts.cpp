@@ -22,11 +22,9 @@ bool sweep_one(const std::string &board, const char *start, const cut::Tree &bef
                const cut::Subject &subject, const Words &words)
 {
     const cut::Result result = cut::sweep(before, subject, words.options);
-    std::printf(
-        "%-18s %-10s %8llu %8llu %8llu %8llu %8llu %10zu %8.1f\n", board.c_str(), start,
-        static_cast<unsigned long long>(result.changes), static_cast<unsigned long long>(result.flushes),
-        static_cast<unsigned long long>(result.kills), static_cast<unsigned long long>(result.power_cuts),
-        static_cast<unsigned long long>(result.states), result.violations.size(), result.seconds);
+    std::printf("%-18s %-10s %8zu %8zu %8zu %8zu %8zu %10zu %8.1f\n", board.c_str(), start, result.changes,
+                result.flushes, result.kills, result.power_cuts, result.states, result.violations.size(),
+                result.seconds);
     constexpr std::size_t enough = 10;
     for (std::size_t i = 0; i < result.violations.size() && (words.verbose || i < enough); ++i)
         std::printf("  %s\n", result.violations[i].c_str());

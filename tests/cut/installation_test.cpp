@@ -13,15 +13,15 @@
 namespace
 {
 
-constexpr std::uint64_t every = CUT_EVERY;
+constexpr std::size_t every = CUT_EVERY;
 
 // The first change at which it is cut. CUT_FIRST repeats what was found on another day.
-std::uint64_t first_cut(std::uint64_t spread)
+std::size_t first_cut(std::size_t spread)
 {
     if (const char *given = std::getenv("CUT_FIRST"))
-        return std::strtoull(given, nullptr, 10);
+        return std::strtoul(given, nullptr, 10);
     constexpr std::time_t day = 24 * 60 * 60;
-    return (static_cast<std::uint64_t>(std::time(nullptr) / day) * 7 + spread) % every;
+    return (static_cast<std::size_t>(std::time(nullptr) / day) * 7 + spread) % every;
 }
 
 struct Case {

@@ -25,7 +25,7 @@ namespace
 {
 
 Plan plan;
-std::uint64_t made = 0;
+std::size_t made = 0;
 
 // The path as the storage knows it; nothing when it does not lie there.
 std::string path_on_storage(const char *path)
@@ -213,7 +213,7 @@ Plan plan_of_environment()
     };
     Plan wanted;
     if (const std::string at = value("CUT_AT"); !at.empty())
-        wanted.at = std::strtoull(at.c_str(), nullptr, 10);
+        wanted.at = static_cast<std::size_t>(std::strtoull(at.c_str(), nullptr, 10));
     wanted.half = value("CUT_HALF") == "1";
     wanted.record = value("CUT_RECORD");
     return wanted;

@@ -3,19 +3,19 @@
 // record of them, and kills the process at one of them.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <limits>
 #include <string>
 
 namespace cut
 {
 
-constexpr std::uint64_t never = std::numeric_limits<std::uint64_t>::max();
+constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
 
 struct Plan {
-    std::uint64_t at = never; // the process dies instead of making this change, counted from 0
-    bool half = false;        // a write is done by half before that
-    std::string record;       // where changes are recorded; nowhere
+    std::size_t at = never; // the process dies instead of making this change, counted from 0
+    bool half = false;      // a write is done by half before that
+    std::string record;     // where changes are recorded; nowhere
 };
 
 // From here on, for the life of the process.

@@ -148,7 +148,7 @@ class Sweep
     void cut_by_kills()
     {
         Disk disk(before_);
-        for (std::uint64_t at = 0; at < changes_.size() && in_time(); disk.apply(changes_[at++])) {
+        for (std::size_t at = 0; at < changes_.size() && in_time(); disk.apply(changes_[at++])) {
             if (at % options_.every != options_.first % options_.every)
                 continue;
             cut_by_kill(at, false, disk);
@@ -157,7 +157,7 @@ class Sweep
         }
     }
 
-    void cut_by_kill(std::uint64_t at, bool half, const Disk &disk)
+    void cut_by_kill(std::size_t at, bool half, const Disk &disk)
     {
         write_storage(read_storage(), before_);
         Plan plan;
@@ -178,7 +178,7 @@ class Sweep
     void cut_power()
     {
         Disk disk(before_);
-        for (std::uint64_t at = 0; at <= changes_.size() && in_time(); ++at) {
+        for (std::size_t at = 0; at <= changes_.size() && in_time(); ++at) {
             if (at % options_.every == options_.first % options_.every)
                 lose_power(disk, "power cut after " + std::to_string(at) + " changes" +
                                      (at > 0 ? ", the last one: " + in_words(changes_[at - 1]) : ""));

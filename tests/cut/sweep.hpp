@@ -28,19 +28,19 @@ struct Subject {
 };
 
 struct Options {
-    std::uint64_t every = 1; // cuts at each such change only, this one among them:
-    std::uint64_t first = 0;
+    std::size_t every = 1; // cuts at each such change only, this one among them:
+    std::size_t first = 0;
     unsigned chances = 3; // power cuts of which some of what was not flushed has arrived, at each
     std::uint32_t seed = 20240501;
     std::chrono::steady_clock::duration most = std::chrono::hours(24); // then it leaves off
 };
 
 struct Result {
-    std::uint64_t changes = 0; // of a whole run
-    std::uint64_t flushes = 0; // of them
-    std::uint64_t kills = 0;
-    std::uint64_t power_cuts = 0;
-    std::uint64_t states = 0; // different ones among what the power cuts left
+    std::size_t changes = 0; // of a whole run
+    std::size_t flushes = 0; // of them
+    std::size_t kills = 0;
+    std::size_t power_cuts = 0;
+    std::size_t states = 0; // different ones among what the power cuts left
     // In words; those of one cut share their beginning.
     std::vector<std::string> violations;
     double seconds = 0;
