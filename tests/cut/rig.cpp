@@ -39,8 +39,6 @@ std::string path_on_storage(const char *path)
 
 std::string path_on_storage(int fd)
 {
-    if (fd <= STDERR_FILENO)
-        return {};
     std::array<char, 4096> name;
     const std::string link = "/proc/self/fd/" + std::to_string(fd);
     const ssize_t length = readlink(link.c_str(), name.data(), name.size() - 1);

@@ -153,6 +153,27 @@ TEST_F(CutWriters, ChangeThatTheRigDoesNotSeeStopsTheSweep)
     EXPECT_THROW(sweep(unseen), std::runtime_error);
 }
 
+#ifdef CUT_PRELOAD
+// The rig goes into any program.
+TEST_F(CutWriters, ProgramThatIsNotOursIsCutLikewise)
+{
+    const cut::Tree before{{place, {cut::Type::file, 0755, "old and long"}}};
+    cut::Subject shell;
+    shell.run = [](const cut::Plan &plan) {
+        cut::put_in_environment(plan);
+        setenv("CUT_BOARD", CUT_BOARDS "/qs3520-mpu.toml", 1);
+        setenv("LD_PRELOAD", CUT_PRELOAD, 1);
+        execl("/bin/sh", "sh", "-c", "printf new >/boot/image.bin", nullptr);
+        return 127;
+    };
+    const cut::Result result = cut::sweep(before, shell, {});
+    EXPECT_EQ(result.changes, 2u);
+    EXPECT_THAT(of_kills(result),
+                Contains(HasSubstr("write /boot/image.bin, 3 bytes: /boot/image.bin is torn: 0 ")));
+    EXPECT_THAT(result.violations, Contains("at the end: /boot/image.bin is not flushed"));
+}
+#endif
+
 TEST_F(CutWriters, ProgramThatFailsByItselfStopsTheSweep)
 {
     EXPECT_THROW(sweep([] { return 1; }), std::runtime_error);
