@@ -28,7 +28,9 @@ struct Words {
     std::optional<std::string> text;
     bool resize = false, settle = false, check = false;
     std::string pack_type, service_type, logic_id, package, root;
-    bool ptn = false, no_ptn = false;
+    bool ptn = false, no_ptn = false, quiet = false;
+    std::string recipe, phase;
+    std::optional<std::string> package_name, package_version;
 };
 
 class CommandLine

@@ -44,11 +44,63 @@ void add_plan(CommandLine &line)
     });
 }
 
+constexpr std::uint32_t smallest_sample = 256; // so that a file's first lines fit
+constexpr std::uint32_t largest_sample = 16 * 1024 * 1024;
+
+std::string check_sample_size(const std::string &word)
+{
+    const std::string wrong = check_number(word);
+    if (!wrong.empty())
+        return wrong;
+    const std::uint32_t size = parse_number(word).value();
+    return size < smallest_sample || size > largest_sample
+               ? "a sample boot file has " + std::to_string(smallest_sample) + " to " +
+                     std::to_string(largest_sample) + " bytes"
+               : std::string();
+}
+
+PackageOrder package_order(const Words &given)
+{
+    return {given.package, given.package_name, given.package_version};
+}
+
+void add_package(CommandLine &line)
+{
+    CLI::App *group = line.add_group(line.app(), "package", "Software packages");
+    CLI::App *build =
+        line.add_verb(*group, "build", "Make one out of files; an old one stays until it is whole");
+    CLI::App *list = line.add_verb(*group, "list", "Tell what is in one, without reading it all");
+    CLI::App *verify = line.add_verb(*group, "verify", "Read one to its end, and tell whether it is whole");
+    CLI::App *sample =
+        line.add_verb(*group, "sample", "Make one with every file that the library knows, for trials");
+    Words &words = line.words();
+    for (CLI::App *verb : {build, list, verify, sample})
+        verb->add_option("PACKAGE", words.package, "the package's file")->required();
+    build->add_option("RECIPE", words.recipe, "JSON file: name, version, files with id, name, path or text")
+        ->required();
+    for (CLI::App *verb : {build, sample}) {
+        verb->add_option("--name", words.package_name, "name of the package");
+        verb->add_option("--version", words.package_version, "its version");
+    }
+    line.may(sample, "--size", words.size, "bytes of each boot file (default: 4096)", check_sample_size);
+    verify->add_flag("--quiet", words.quiet, "do not tell how far it has come");
+    line.run(build, [](const Words &given) { return build_package(package_order(given), given.recipe); });
+    line.run(list, [](const Words &given) { return list_package(given.package); });
+    line.run_talking(verify, [](const Words &given, const Talk &talk) {
+        return verify_package(given.package, given.quiet, talk);
+    });
+    line.run(sample, [](const Words &given) {
+        constexpr std::uint32_t usual = 4096;
+        return sample_package(package_order(given), parse_number(given.size).value_or(usual));
+    });
+}
+
 } // namespace
 
 void add_install_verbs(CommandLine &line)
 {
     add_plan(line);
+    add_package(line);
 }
 
 } // namespace moxctl

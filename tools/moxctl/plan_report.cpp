@@ -3,6 +3,7 @@
 #include "package_library.hpp"
 #include "plan.hpp"
 #include "startup_kind.hpp"
+#include "table_fact.hpp"
 #include "verbs.hpp"
 
 namespace moxctl
@@ -19,24 +20,9 @@ Json row_json(const TableRow &row)
             {"destination", row.destination}};
 }
 
-// A table below the facts; its heading goes without rows.
-Fact list(const char *key, const char *name, Row heading, std::string meaning = {})
-{
-    return {key, name, {Json::array(), "", std::move(meaning)}, {std::move(heading)}};
-}
-
-Fact counted(Fact fact)
-{
-    const std::size_t count = fact.rows.size() - 1;
-    fact.answer.text = std::to_string(count);
-    if (count == 0)
-        fact.rows.clear();
-    return fact;
-}
-
 Fact extracted(const Plan &plan)
 {
-    Fact fact = list("extract", "Boot files to extract", {"Boot file", "Id", "Delivered"});
+    Fact fact = table_fact("extract", "Boot files to extract", {"Boot file", "Id", "Delivered"});
     for (const PlannedFile &file : plan.extract) {
         fact.answer.value.push_back({{"file", file.name}, {"id", file.id}, {"delivered", file.delivered}});
         fact.rows.push_back(
@@ -47,7 +33,8 @@ Fact extracted(const Plan &plan)
 
 Fact links(const Plan &plan)
 {
-    Fact fact = list("links", "Links to make", {"Link", "Row", "Source"}, "relative to the install root");
+    Fact fact =
+        table_fact("links", "Links to make", {"Link", "Row", "Source"}, "relative to the install root");
     for (const Destination &destination : plan.destinations) {
         if (!destination.winner)
             continue;
@@ -60,8 +47,8 @@ Fact links(const Plan &plan)
 // Of the table, destinations that only one row comes to tell nothing more than the links do.
 Fact destinations(const Plan &plan)
 {
-    Fact fact =
-        list("destinations", "Rows that do not win", {"Destination", "Row that loses", "Source", "Why"});
+    Fact fact = table_fact("destinations", "Rows that do not win",
+                           {"Destination", "Row that loses", "Source", "Why"});
     for (const Destination &destination : plan.destinations) {
         Json losers = Json::array();
         for (const Loser &loser : destination.losers) {
@@ -81,9 +68,10 @@ Fact destinations(const Plan &plan)
 
 Fact preload(const Plan &plan)
 {
-    Fact fact = list("preload", "Preload", {"File for the start-up flash", "Type", "Written"},
-                     plan.file_by_file ? "files to write"
-                                       : "no next generation board: the NOR flash data area is refreshed");
+    Fact fact =
+        table_fact("preload", "Preload", {"File for the start-up flash", "Type", "Written"},
+                   plan.file_by_file ? "files to write"
+                                     : "no next generation board: the NOR flash data area is refreshed");
     for (const PlannedWrite &write : plan.preload) {
         const bool written = write.obstacle.empty();
         fact.answer.value.push_back({{"file", write.path},

@@ -99,4 +99,14 @@ Outcome sync_match(const std::string &peer_version);
 // A package or root that is empty is none.
 Outcome plan_installation(const OtherBoard &other, const std::string &package, const std::string &root);
 
+// A package to make; what is left out of it is as the recipe has it.
+struct PackageOrder {
+    std::string path;
+    std::optional<std::string> name, version;
+};
+Outcome build_package(const PackageOrder &order, const std::string &recipe_file);
+Outcome sample_package(const PackageOrder &order, std::uint32_t boot_file_size);
+Outcome list_package(const std::string &path);
+Outcome verify_package(const std::string &path, bool quiet, const Talk &talk);
+
 } // namespace moxctl
