@@ -21,7 +21,7 @@ Function *behind(Function *, const char *name)
 {
     return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
 }
-#define BEHIND(name) behind(&name, #name)
+#define BEHIND(name) behind(&(name), #name)
 
 void note(const char *what, const char *name)
 {
@@ -169,7 +169,7 @@ ssize_t readlink(const char *path, char *target, std::size_t size) noexcept
     if (found == board->links.end())
         return static_cast<ssize_t>(refuse(ENOENT));
     const std::size_t length = std::min(size, found->second.size());
-    memcpy(target, found->second.data(), length);
+    std::copy_n(found->second.data(), length, target); // without a terminator, as the real one
     return static_cast<ssize_t>(length);
 }
 
