@@ -11,9 +11,11 @@ endif()
 target_link_options(moxboot_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
 
 if(MOXBOOT_SANITIZE)
-  # Fortified calls would hide from the sanitizers' own interceptors.
+  # Fortified calls would hide from the sanitizers' own interceptors. A target with the property MOXBOOT_UNWATCHED is
+  # compiled as without sanitizers.
+  string(REPLACE "," "$<COMMA>" _sanitizers "${MOXBOOT_SANITIZE}")
   target_compile_options(moxboot_options INTERFACE
-    -fsanitize=${MOXBOOT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -U_FORTIFY_SOURCE)
+    "$<IF:$<BOOL:$<TARGET_PROPERTY:MOXBOOT_UNWATCHED>>,-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2,-fsanitize=${_sanitizers};-fno-sanitize-recover=all;-fno-omit-frame-pointer;-U_FORTIFY_SOURCE>")
   target_link_options(moxboot_options INTERFACE -fsanitize=${MOXBOOT_SANITIZE})
 elseif(MOXBOOT_COVERAGE)
   target_compile_options(moxboot_options INTERFACE -O0 -g)

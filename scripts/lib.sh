@@ -4,6 +4,8 @@ set -eu
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top"
 jobs=$(nproc)
+# What one build folder, or one clone, has compiled is there for the others.
+export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1
 
 say() { printf '\n== %s\n' "$*"; }
 die() { printf '%s: %s\n' "${0##*/}" "$*" >&2; exit 1; }
