@@ -95,12 +95,33 @@ void add_package(CommandLine &line)
     });
 }
 
+void add_installation(CommandLine &line)
+{
+    CLI::App *verb =
+        line.add_verb(line.app(), "install",
+                      "Install a package on this board: verify it, unpack its run files beside the install\n"
+                      "root, extract this board's boot files, make its links, write its start-up flash");
+    Words &words = line.words();
+    verb->add_option("PACKAGE", words.package, "the package's file")->required();
+    line.need(verb, "--root", words.root, "install root, a directory; made when it is missing",
+              check_install_root);
+    line.may(verb, "--phase", words.phase, "phase of the installation, told to the library (default: 0)",
+             check_number);
+    verb->add_flag("--quiet", words.quiet, "do not tell how far it has come");
+    line.run_talking(verb, [](const Words &given, const Talk &talk) {
+        return install(
+            {given.package, install_root(given.root), parse_number(given.phase).value_or(0), given.quiet},
+            talk);
+    });
+}
+
 } // namespace
 
 void add_install_verbs(CommandLine &line)
 {
     add_plan(line);
     add_package(line);
+    add_installation(line);
 }
 
 } // namespace moxctl

@@ -3,8 +3,13 @@
 
 #include "next.hpp"
 
+#include <moxboot/channel.h>
 #include <moxboot/link.h>
 #include <moxboot/platform.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
 
 namespace moxctl
 {
@@ -13,6 +18,7 @@ namespace
 {
 
 const Observer *observer = nullptr;
+TraceListener *listener = nullptr;
 // The updater's own functions while the start-up flash is written.
 DrvBootUpdateFunction updater_update = nullptr;
 DrvBootDeleteFunction updater_remove = nullptr;
@@ -42,6 +48,29 @@ Observation::Observation(const Observer &given)
 Observation::~Observation()
 {
     observer = nullptr;
+}
+
+TraceListener::TraceListener()
+{
+    listener = this;
+}
+
+TraceListener::~TraceListener()
+{
+    listener = nullptr;
+}
+
+const std::string &TraceListener::last_failure() const
+{
+    return last_;
+}
+
+void hear_trace(std::uint32_t level, const char *text)
+{
+    if (listener == nullptr || level != DRVBOOT_TRACE_FAILURE)
+        return;
+    listener->last_ = text;
+    listener->last_.erase(listener->last_.find_last_not_of('\n') + 1);
 }
 
 } // namespace moxctl
@@ -85,4 +114,22 @@ std::uint32_t bsp_update_norflash_data_area()
     static const auto next =
         library_function<decltype(&bsp_update_norflash_data_area)>("bsp_update_norflash_data_area");
     return observer == nullptr || !observer->refresh ? next() : observer->refresh(next);
+}
+
+void iof_startupstep_trace(std::uint32_t code, std::uint32_t level, const char *format, ...)
+{
+    const int error = errno; // the caller's, also for "%m"
+    static const auto next = library_function<decltype(&iof_startupstep_trace)>("iof_startupstep_trace");
+    constexpr std::size_t longest = 2048; // as much as the trace takes
+    char text[longest] = "";
+    if (format != nullptr) {
+        errno = error;
+        va_list args;
+        va_start(args, format);
+        (void)std::vsnprintf(text, sizeof text, format, args);
+        va_end(args);
+        hear_trace(level, text);
+        next(code, level, "%s", text);
+    }
+    errno = error;
 }

@@ -40,4 +40,21 @@ class Observation
     Observation &operator=(const Observation &) = delete;
 };
 
+// Takes down what the step trace is told of failures while it lives; the trace is told all the same. One at a
+// time.
+class TraceListener
+{
+  public:
+    TraceListener();
+    ~TraceListener();
+    TraceListener(const TraceListener &) = delete;
+    TraceListener &operator=(const TraceListener &) = delete;
+
+    const std::string &last_failure() const; // without its end of line; empty: none
+
+  private:
+    std::string last_;
+    friend void hear_trace(std::uint32_t level, const char *text);
+};
+
 } // namespace moxctl

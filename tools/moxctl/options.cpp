@@ -25,6 +25,8 @@ constexpr const char *examples = R"(Examples:
                                              what kind of board another board is
   moxctl plan --hard-type 0x90B2077D --logic-id 0x32F0B050 --ptn
                                              what an installation would do on that board
+  moxctl package sample all.tar.xz && moxctl install all.tar.xz --root /opt/moxv8/program
+                                             a package for trials, installed
   moxctl blackbox create crash 4096 && moxctl blackbox write crash --from core.txt
   moxctl blackbox read crash --view text     the records that a module left
   moxctl rsvmem map session 0x10000          a memory, and whether it survived

@@ -41,15 +41,9 @@ package::Manifest verified(const std::string &path, Progress &progress)
 {
     const package::Manifest expected = package_library().list(path);
     progress.step("verifying " + path, bytes_of(expected));
-    std::uint64_t before = 0; // in the files that are done
-    std::string at_hand;
-    std::uint64_t in_this = 0;
+    Counted counted;
     return package_library().verify(path, [&](const package::File &file, std::uint64_t done) {
-        if (file.name != at_hand)
-            before += std::exchange(in_this, 0);
-        at_hand = file.name;
-        in_this = done;
-        progress.at(before + done, file.name);
+        progress.at(counted.with(file, done), file.name);
     });
 }
 

@@ -109,4 +109,12 @@ Outcome sample_package(const PackageOrder &order, std::uint32_t boot_file_size);
 Outcome list_package(const std::string &path);
 Outcome verify_package(const std::string &path, bool quiet, const Talk &talk);
 
+struct InstallOrder {
+    std::string package;
+    std::string root; // absolute
+    std::uint32_t phase = 0;
+    bool quiet = false;
+};
+Outcome install(const InstallOrder &order, const Talk &talk);
+
 } // namespace moxctl
