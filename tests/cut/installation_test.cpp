@@ -36,26 +36,38 @@ void PrintTo(const Case &one, std::ostream *out)
 
 class CutInstallation : public testing::TestWithParam<Case>
 {
+  protected:
+    CutInstallation() : installation_((cut::must_be_on_a_board(), profile())) {}
+    static std::string profile()
+    {
+        return std::string(CUT_BOARDS "/") + GetParam().board + ".toml";
+    }
+    void sweep(const cut::Subject &subject) const;
+
+    cut::Installation installation_;
 };
 
-TEST_P(CutInstallation, LeavesWholeFilesAndIsMadeGoodByARepetition)
+void CutInstallation::sweep(const cut::Subject &subject) const
 {
-    cut::must_be_on_a_board();
-    const cut::Installation installation(std::string(CUT_BOARDS "/") + GetParam().board + ".toml");
     cut::Options options;
     options.every = every;
     options.first = first_cut(GetParam().fresh ? 0 : every / 2);
     options.chances = 2;
     options.most = std::chrono::seconds(CUT_SECONDS);
     SCOPED_TRACE("CUT_FIRST=" + std::to_string(options.first) + " repeats this");
-    const cut::Result result = cut::sweep(GetParam().fresh ? installation.fresh() : installation.installed(),
-                                          installation.subject(), options);
+    const cut::Result result =
+        cut::sweep(GetParam().fresh ? installation_.fresh() : installation_.installed(), subject, options);
     EXPECT_THAT(result.violations, testing::IsEmpty());
     EXPECT_GE(result.changes, 600u);
     EXPECT_GE(result.kills, 1u);
     EXPECT_GE(result.states, 1u);
     RecordProperty("kills", std::to_string(result.kills));
     RecordProperty("power_cuts", std::to_string(result.power_cuts));
+}
+
+TEST_P(CutInstallation, LeavesWholeFilesAndIsMadeGoodByARepetition)
+{
+    sweep(installation_.subject());
 }
 
 std::string name_of(const testing::TestParamInfo<Case> &info)
@@ -71,5 +83,18 @@ INSTANTIATE_TEST_SUITE_P(Boards, CutInstallation,
                                          Case{"ng-sfc3540-mpu", false}, Case{"a53le-mpu", false},
                                          Case{"qs3520-mpu", true}, Case{"wox467", false}),
                          name_of);
+
+#ifdef CUT_MOXCTL
+// The installation that people start.
+using CutMoxctl = CutInstallation;
+
+TEST_P(CutMoxctl, LeavesWholeFilesAndIsMadeGoodByARepetition)
+{
+    sweep(installation_.subject(CUT_MOXCTL, CUT_PRELOAD));
+}
+
+INSTANTIATE_TEST_SUITE_P(Boards, CutMoxctl,
+                         testing::Values(Case{"ng-qs3540-mpu", false}, Case{"a53le-mpu", true}), name_of);
+#endif
 
 } // namespace
