@@ -46,9 +46,10 @@ class Sweep
     Result run()
     {
         const auto begin = std::chrono::steady_clock::now();
-        end_ = begin + options_.most;
+        end_ = begin + options_.most / 2; // the other half is for the power cuts
         run_whole();
         cut_by_kills();
+        end_ = begin + options_.most;
         cut_power();
         write_storage(read_storage(), before_);
         result_.after = after_;
