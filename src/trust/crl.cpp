@@ -69,12 +69,11 @@ uint32_t with_contents(const char *path, const char *name, Deliver deliver)
     return deliver(contents.get(), length);
 }
 
-void say_why_module_is_not_open()
+int32_t say_why_module_is_not_open()
 {
     if (errno == ENOENT)
-        SAY("[bootdrv_CRL]this board unsupport module_crl, errnum %d.", errno);
-    else
-        SAY("[bootdrv_CRL]open crl dev unsuccessfully, errnum %d.", errno);
+        return SAY("[bootdrv_CRL]this board unsupport module_crl, errnum %d.", errno);
+    return SAY("[bootdrv_CRL]open crl dev unsuccessfully, errnum %d.", errno);
 }
 
 uint32_t write_to_module(const uint8_t *list, size_t length)
@@ -133,10 +132,8 @@ int32_t GetCrlFromDev(void)
 {
     SAY("[bootdrv_CRL]GetCrlFromDev start \n");
     Descriptor device(open(module, O_RDONLY | O_NONBLOCK));
-    if (!device.valid()) {
-        say_why_module_is_not_open();
-        return -1;
-    }
+    if (!device.valid())
+        return say_why_module_is_not_open();
     if (lseek(device.get(), 0, SEEK_SET) < 0)
         return SAY("[bootdrv_CRL]lseek unsuccess or over!\n");
     char chunk[chunk_size] = {};

@@ -23,7 +23,7 @@ namespace
 constexpr int clock_attempts = 3;
 constexpr int measurements = 99;
 constexpr uint32_t second = 1'000'000'000; // in nanoseconds
-constexpr int32_t cache_line = 64;
+constexpr uint32_t cache_line = 64;
 constexpr int word_bits = 64;
 constexpr int word_bytes = 8;
 constexpr int digest_words = 4;
@@ -80,7 +80,8 @@ uint32_t entropy_time_consumer(const uint8_t *buffer, int32_t length)
     uint32_t all = 0;
     if (buffer == nullptr)
         return all;
-    for (int32_t at = 0; at < length; at += cache_line)
+    const uint32_t end = length > 0 ? static_cast<uint32_t>(length) : 0;
+    for (uint32_t at = 0; at < end; at += cache_line) // steps beyond the largest length, too
         all ^= buffer[at];
     return all;
 }
