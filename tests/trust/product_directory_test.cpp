@@ -113,6 +113,11 @@ TEST_F(CpuSwitchTest, ANullPlaceIsIgnored)
 class EnvNumberTest : public BoardTest
 {
   protected:
+    void TearDown() override
+    {
+        fs::remove("/opt/moxv8/var/platform.env"); // a test that shares its process shares its files, too
+        BoardTest::TearDown();
+    }
     void expect_missing(const char *name, const Said &said)
     {
         EXPECT_EQ(during([&] { EXPECT_EQ(DrvBootGetEnvValue(name), minus_one); }), said);

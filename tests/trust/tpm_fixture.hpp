@@ -7,6 +7,7 @@
 #include "trust/library_use.hpp"
 #include "trust/tpm_library.hpp"
 
+#include <filesystem>
 #include <unistd.h>
 
 namespace test
@@ -14,6 +15,8 @@ namespace test
 
 const std::string ask_type = "get /dev/board0 0x8000001";
 const std::string type_unread = "Not succeed to get board hardtype,ret=0x2710.\n";
+const char *const tpm_device = "/dev/tpm0";
+const char *const platform_variables = "/opt/moxv8/var/platform.env";
 constexpr std::uint32_t cannot_ask = 0xFFFFFFF2;
 
 // What a process says once only: kept for the process, as the tests may share one.
@@ -60,6 +63,9 @@ class TpmTest : public BoardTest
     void TearDown() override
     {
         remove_from_front(drv_basic);
+        // A test that shares its process shares its files, too.
+        std::filesystem::remove(tpm_device);
+        std::filesystem::remove(platform_variables);
         EXPECT_FALSE(loaded(drv_basic)) << "the library is still open";
         BoardTest::TearDown();
     }

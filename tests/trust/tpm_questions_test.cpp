@@ -14,7 +14,6 @@ namespace
 {
 namespace fs = std::filesystem;
 
-const char *const tpm_device = "/dev/tpm0";
 const Said no_environment = message(1, "\n\r [Getenv_s] Can't open file /dev/envinfo0!\n");
 
 // ---- the TPM is active, the TPM is there: two questions of one shape -------------------------------------
