@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// A list on its way to the CRL module and on to the secure driver.
-#include "trust/crl_fixture.hpp"
+// A list that is delivered, and files that are refused.
+#include "trust/crl_deliver.hpp"
 
 #include <cerrno>
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace test
 {
@@ -13,34 +12,6 @@ namespace
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr const char *list_path = "/tmp/new.crl";
-constexpr const char *link_path = "/tmp/link.crl";
-const std::string not_to_the_module = "[bootdrv_CRL]write crl to crl dev unsuccess.";
-
-class CrlDeliverTest : public CrlTest
-{
-  protected:
-    void SetUp() override
-    {
-        CrlTest::SetUp();
-        unlink(list_path);
-        unlink(link_path);
-    }
-    void expect(const char *path, std::uint32_t result, const std::vector<std::string> &lines)
-    {
-        forget_calls();
-        EXPECT_EQ(during([&] { EXPECT_EQ(MOX_WirteCrl(path), result); }), crl_log(lines));
-    }
-    // The list got nowhere.
-    void expect_refused(const char *path, const std::vector<std::string> &lines)
-    {
-        expect(path, minus_one, lines);
-        EXPECT_THAT(calls("open"), IsEmpty());
-        EXPECT_THAT(calls("dlopen"), IsEmpty());
-        EXPECT_THAT(crl_driver.lists, IsEmpty());
-    }
-};
 
 TEST_F(CrlDeliverTest, AListOfAnySizeReachesModuleCopyAndDriver)
 {
@@ -180,104 +151,6 @@ TEST_F(CrlDeliverTest, AFileThatIsShorterThanItSaidDoesNotRead)
     answer_libc("ftell", 5);
     expect_refused(list_path, {"[bootdrv_CRL]read crl unsuccessfully, len 5, retLen 0.",
                                "[bootdrv_CRL]get crl from /tmp/new.crl unsuccess."});
-}
-
-// ---- the module ------------------------------------------------------------------------------------------
-
-TEST_F(CrlDeliverTest, ABoardWithoutTheModuleHandsAnOlderCopyOn)
-{
-    put_file(list_path, "new list");
-    put_file(copy_path, "older list");
-    no_module(ENOENT);
-    expect(list_path, 0,
-           std::vector<std::string>{"[bootdrv_CRL]this board unsupport module_crl, errnum 2.",
-                                    "[bootdrv_CRL]GetCrlFromDev start \n",
-                                    "[bootdrv_CRL]this board unsupport module_crl, errnum 2."} +
-               driver_lines());
-    EXPECT_THAT(crl_driver.lists, ElementsAre("older list"));
-    EXPECT_EQ(content(copy_path), "older list");
-}
-
-TEST_F(CrlDeliverTest, ABoardWithoutModuleAndCopyIsStillNoFailure)
-{
-    put_file(list_path, "new list");
-    no_module(ENOENT);
-    expect(list_path, 0,
-           {"[bootdrv_CRL]this board unsupport module_crl, errnum 2.", "[bootdrv_CRL]GetCrlFromDev start \n",
-            "[bootdrv_CRL]this board unsupport module_crl, errnum 2.",
-            "[bootdrv_CRL]open /tmp/crl_for_ko.crl unsuccessfully."});
-    EXPECT_THAT(crl_driver.lists, IsEmpty());
-    EXPECT_THAT(calls("dlopen"), IsEmpty());
-    EXPECT_NE(access(copy_path, F_OK), 0);
-}
-
-TEST_F(CrlDeliverTest, AModuleThatDoesNotOpenIsAFailure)
-{
-    put_file(list_path, "new list");
-    put_file(copy_path, "older list");
-    for (int error : {EACCES, EBUSY, ENXIO, EIO}) {
-        no_module(error);
-        expect(list_path, minus_one,
-               {text("[bootdrv_CRL]open crl dev unsuccessfully, errnum %d.", error), not_to_the_module});
-        EXPECT_EQ(calls("open").size(), 1u);
-    }
-    EXPECT_THAT(crl_driver.lists, IsEmpty());
-}
-
-TEST_F(CrlDeliverTest, AModuleThatDoesNotTakeTheWholeListIsAFailure)
-{
-    put_file(list_path, a_list(2500));
-    for (long taken : {0L, 1L, 1024L, 2499L, 2501L}) {
-        answer_libc("write", taken);
-        expect(
-            list_path, minus_one,
-            {text("[bootdrv_CRL]write crl dev unsuccessfully,len 2500,ret %ld.", taken), not_to_the_module});
-        EXPECT_EQ(calls("write").size(), 1u);
-        EXPECT_EQ(calls("open").size(), 1u);
-        EXPECT_EQ(calls("close").size(), 1u);
-    }
-    fail_libc("write", EIO);
-    expect(list_path, minus_one,
-           {"[bootdrv_CRL]write crl dev unsuccessfully,len 2500,ret -1.", not_to_the_module});
-    EXPECT_THAT(crl_driver.lists, IsEmpty());
-}
-
-TEST_F(CrlDeliverTest, AnInterruptedWriteIsNotRepeated)
-{
-    put_file(list_path, "list");
-    fail_libc("write", EINTR);
-    expect(list_path, minus_one,
-           {"[bootdrv_CRL]write crl dev unsuccessfully,len 4,ret -1.", not_to_the_module});
-}
-
-// ---- what comes after cannot fail it ---------------------------------------------------------------------
-
-TEST_F(CrlDeliverTest, WhatBecomesOfTheReadBackDoesNotMatter)
-{
-    put_file(list_path, "new list");
-    crl_module.read_error = EACCES;
-    expect(list_path, 0,
-           {"[bootdrv_CRL]GetCrlFromDev start \n", "[bootdrv_CRL]open crl dev unsuccessfully, errnum 13.",
-            "[bootdrv_CRL]open /tmp/crl_for_ko.crl unsuccessfully."});
-    EXPECT_EQ(content(module_file), "new list");
-    crl_module.read_error = ENOENT; // gone between two opens
-    expect(list_path, 0,
-           {"[bootdrv_CRL]GetCrlFromDev start \n", "[bootdrv_CRL]this board unsupport module_crl, errnum 2.",
-            "[bootdrv_CRL]open /tmp/crl_for_ko.crl unsuccessfully."});
-}
-
-TEST_F(CrlDeliverTest, WhatBecomesOfTheDriverDoesNotMatter)
-{
-    put_file(list_path, "new list");
-    fail_libc("dlopen", ENOENT);
-    expect(list_path, 0,
-           read_back_lines(8) +
-               std::vector<std::string>{"[bootdrv_CRL]dlopen libdrv_secure.so unsuccessfully.",
-                                        "[bootdrv_CRL]SupportSetCrlFile2Drv success."});
-    crl_driver.answer = 1;
-    expect(list_path, 0,
-           read_back_lines(8) + std::vector<std::string>{"[bootdrv_CRL]Write2Drv end",
-                                                         "[bootdrv_CRL]SupportSetCrlFile2Drv success."});
 }
 
 } // namespace

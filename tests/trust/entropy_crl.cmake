@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 moxboot_add_test(entropy_test TIMEOUT 300
-  SOURCES entropy_clock.cpp entropy_gettime_test.cpp entropy_measure_test.cpp entropy_model.cpp entropy_parts_test.cpp
-    entropy_read_test.cpp entropy_sha256.cpp
+  SOURCES entropy_call_test.cpp entropy_clock.cpp entropy_gettime_test.cpp entropy_harvest_test.cpp entropy_measure_test.cpp
+    entropy_model.cpp entropy_parts_test.cpp entropy_read_test.cpp entropy_sha256.cpp
   LIBS test_support moxboot LABELS library)
 moxboot_add_test(entropy_threads_test SOURCES entropy_threads_test.cpp LIBS test_support moxboot LABELS library threads)
 
@@ -17,7 +17,7 @@ foreach(kind driver no_driver)
   endif()
 endforeach()
 moxboot_add_test(crl_test
-  SOURCES crl_calls.cpp crl_deliver_test.cpp crl_fixture.cpp crl_read_back_test.cpp crl_secure_test.cpp
+  SOURCES crl_calls.cpp crl_deliver_test.cpp crl_fixture.cpp crl_module_test.cpp crl_read_back_test.cpp crl_secure_test.cpp
   LIBS front_libraries test_support moxboot LABELS library)
 target_compile_definitions(crl_test PRIVATE
   CRL_DRIVER_LIBRARY="$<TARGET_FILE:crl_driver>" OTHER_DRIVER_LIBRARY="$<TARGET_FILE:crl_no_driver>")
