@@ -79,7 +79,7 @@ void crl(int, char **)
     hand_over(list_of(2500), 1024);
     hand_over(list_of(std::size_t{300} * 1024 + 7), std::size_t{100} * 1024);
     const std::string list = list_of(5000);
-    hand_over(list, 1);
+    hand_over(list, 7);
     positions(list);
 }
 

@@ -42,9 +42,9 @@ class Crl : public testing::Test
 {
   protected:
     // Of one open file.
-    IoResult write(const Bytes &list)
+    IoResult write(const Bytes &bytes)
     {
-        return board.write(module, list, 1, &position);
+        return board.write(module, bytes, 1, &position);
     }
     IoResult read(std::size_t count)
     {

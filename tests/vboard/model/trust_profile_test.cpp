@@ -36,7 +36,9 @@ std::uint32_t hard_type(const Profile &profile)
 std::string sha256(const std::string &text)
 {
     std::array<unsigned char, 32> digest{};
-    mbedtls_sha256(reinterpret_cast<const unsigned char *>(text.data()), text.size(), digest.data(), 0);
+    EXPECT_EQ(mbedtls_sha256_ret(reinterpret_cast<const unsigned char *>(text.data()), text.size(),
+                                 digest.data(), 0),
+              0);
     std::string digits;
     for (const unsigned char byte : digest) {
         char two[3];
