@@ -123,7 +123,8 @@ class ProfileReader
         for (const toml::node &entry : *list) {
             const std::string name = text("boot-files", entry);
             if (!is_file_name(name))
-                wrong(entry, "\"" + name + "\" cannot be the name of a file in \"/boot\"");
+                wrong(entry, "\"" + name.substr(0, name.find('\0')) +
+                                 "\" cannot be the name of a file in \"/boot\"");
             if (std::ranges::find(names, name) != names.end())
                 wrong(entry, "\"boot-files\" names \"" + name + "\" twice");
             names.push_back(name);
