@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 moxboot_add_test(entropy_test TIMEOUT 300
-  SOURCES entropy_call_test.cpp entropy_clock.cpp entropy_gettime_test.cpp entropy_harvest_test.cpp entropy_measure_test.cpp
+  SOURCES entropy_gettime_test.cpp entropy_call_test.cpp entropy_clock.cpp entropy_harvest_test.cpp entropy_measure_test.cpp
     entropy_model.cpp entropy_parts_test.cpp entropy_read_test.cpp entropy_sha256.cpp
   LIBS test_support moxboot LABELS library)
 moxboot_add_test(entropy_threads_test SOURCES entropy_threads_test.cpp LIBS test_support moxboot LABELS library threads)
