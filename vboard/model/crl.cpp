@@ -91,7 +91,7 @@ IoResult Board::seek(const std::string &device, std::int64_t offset, int whence,
         *position = place;
     event.result = moved ? place : -1;
     event.error = moved ? 0 : static_cast<int>(-place);
-    const IoResult result{event.result, event.error, {}};
+    IoResult result{event.result, event.error, {}};
     state_->journal.record(std::move(event), std::move(lock));
     return result;
 }
