@@ -9,7 +9,7 @@ endif()
 install(TARGETS ${_targets} EXPORT moxboot-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 if(MOXBOOT_PLATFORM STREQUAL standalone)
   # Opened at run time; nobody links with them.
-  install(TARGETS drv_basic drv_secure LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS drv_basic drv_secure nb_bsp LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endif()
 install(DIRECTORY include/moxboot DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT moxboot-targets NAMESPACE moxboot:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/moxboot)

@@ -4,7 +4,11 @@ add_library(moxboot_options INTERFACE)
 target_compile_options(moxboot_options INTERFACE
   -Wall -Wextra -Wconversion -Wshadow -Wpedantic -Wundef -Wcast-align -Wformat=2 -Wvla
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wextra-semi>
-  -fstack-protector-strong)
+)
+# A target with the property MOXBOOT_SMALL is optimized for size. What can overflow in it are buffers of texts; a function
+# that only has a number's address taken then needs no canary.
+target_compile_options(moxboot_options INTERFACE
+  "$<IF:$<BOOL:$<TARGET_PROPERTY:MOXBOOT_SMALL>>,-Os;-fstack-protector;--param=ssp-buffer-size=4,-fstack-protector-strong>")
 if(MOXBOOT_WERROR)
   target_compile_options(moxboot_options INTERFACE -Werror)
 endif()

@@ -3,6 +3,7 @@
 #include "flash.hpp"
 #include "mcu.hpp"
 #include "new_file.hpp"
+#include "tpm.hpp"
 
 #include <moxboot/platform.h>
 
@@ -16,11 +17,21 @@ namespace
 {
 
 constexpr uint32_t refused = 1;
+constexpr auto cannot_ask = static_cast<uint32_t>(-14);
 constexpr uint32_t this_board = 0xFFFFFFFF;
 constexpr uint32_t mcu = 4;
 
 constexpr uint32_t startup_types[] = {256, 260, 265}; // BIOS, OS package, HSM
 constexpr mode_t area_mode = 0644;
+
+uint32_t tpm_status(uint32_t board, uint32_t item, uint32_t *status)
+{
+    if (board != this_board || status == nullptr)
+        return refused;
+    return iof_get_attr_value("/dev/board0", DRVBOOT_TLV_L1_TYPE, item, 0, status, sizeof *status) == 0
+               ? 0
+               : cannot_ask;
+}
 
 // The path of the flash area; false for a kind of file that has none.
 bool area_path(uint32_t startup_type, char (&path)[PATH_MAX])
@@ -55,6 +66,16 @@ uint32_t drv_subboard_get_online_status(uint32_t board, uint32_t subboard, uint3
         return refused;
     return iof_get_attr_value("/dev/board0", DRVBOOT_TLV_L1_TYPE, platform::item_mcu_status, 0, status,
                               sizeof *status);
+}
+
+uint32_t drv_board_get_tpm_active_status(uint32_t board, uint32_t *status)
+{
+    return tpm_status(board, platform::item_tpm_active, status);
+}
+
+uint32_t drv_board_get_tpm_online_status(uint32_t board, uint32_t *status)
+{
+    return tpm_status(board, platform::item_tpm_online, status);
 }
 
 uint32_t drv_update_startup_file(uint32_t startup_type, const char *path)

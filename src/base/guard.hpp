@@ -2,6 +2,7 @@
 // Scope guards: what is opened or allocated in a function is closed or freed on every path out of it.
 #pragma once
 
+#include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -16,8 +17,7 @@ class Descriptor
     Descriptor &operator=(const Descriptor &) = delete;
     ~Descriptor()
     {
-        if (fd_ >= 0)
-            close(fd_);
+        close();
     }
     bool valid() const
     {
@@ -27,9 +27,51 @@ class Descriptor
     {
         return fd_;
     }
+    // Before the end of the scope.
+    void close()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+        fd_ = -1;
+    }
+    // From now on it stays open.
+    void release()
+    {
+        fd_ = -1;
+    }
 
   private:
     int fd_;
+};
+
+class File
+{
+  public:
+    explicit File(FILE *file) : file_(file) {}
+    File(const File &) = delete;
+    File &operator=(const File &) = delete;
+    ~File()
+    {
+        close();
+    }
+    bool valid() const
+    {
+        return file_ != nullptr;
+    }
+    FILE *get() const
+    {
+        return file_;
+    }
+    // Before the end of the scope.
+    void close()
+    {
+        if (file_ != nullptr)
+            fclose(file_);
+        file_ = nullptr;
+    }
+
+  private:
+    FILE *file_;
 };
 
 // A block from malloc; a size of 0 stands for one that cannot be had.

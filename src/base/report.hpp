@@ -8,16 +8,32 @@
 namespace moxboot
 {
 
-// One function for each shape of arguments, not one for each message: this is what keeps the call sites
-// small.
+// One function for each shape of arguments, not one for each message, and not one for each file: this is what
+// keeps the call sites small.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 template <typename... Args>
-[[gnu::noinline]] int32_t report(uint32_t trace_level, const char *format, Args... args)
+[[gnu::noipa]] int32_t report_shape(uint32_t trace_level, const char *format, Args... args)
 {
     DrvBootStartupStepTrace(0, trace_level, format, args...);
     return drvboot_message(DRVBOOT_LEVEL_ERROR, format, args...);
+}
+
+inline const char *shape_of(const char *text)
+{
+    return text;
+}
+template <typename T>
+auto shape_of(T number)
+{
+    return +number; // as it is passed anyway
+}
+
+template <typename... Args>
+int32_t report(uint32_t trace_level, const char *format, Args... args)
+{
+    return report_shape(trace_level, format, shape_of(args)...);
 }
 #pragma GCC diagnostic pop
 

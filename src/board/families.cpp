@@ -86,38 +86,38 @@ bool moxboot::read_hard_type(PlainText failure, uint32_t *hard_type)
     return false;
 }
 
-uint32_t moxboot::answer_family(const Family &family, uint8_t *flag)
+uint32_t moxboot::answer_family(std::span<const uint32_t> types, PlainText failure, uint8_t *flag)
 {
     uint32_t hard_type = 0;
-    if (flag == nullptr || !read_hard_type(family.failure, &hard_type))
+    if (flag == nullptr || !read_hard_type(failure, &hard_type))
         return failed;
-    *flag = contains(family.types, hard_type);
+    *flag = contains(types, hard_type);
     return ok;
 }
 
 uint32_t DrvBoot_Qs3540ExcludeNgBoard(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3540_without_ng, "Drvboot get board type unsuccess.\n"}, flag);
+    return answer_family(qs3540_without_ng, "Drvboot get board type unsuccess.\n", flag);
 }
 
 uint32_t DrvBoot_Qs3540(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3540, type_unread}, flag);
+    return answer_family(qs3540, type_unread, flag);
 }
 
 uint32_t DrvBoot_Qs3540OriginalBios(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3540_first_bios, type_unread}, flag);
+    return answer_family(qs3540_first_bios, type_unread, flag);
 }
 
 uint32_t DrvBoot_A53le(uint8_t *flag, uintptr_t)
 {
-    return answer_family({a53le, type_unread}, flag);
+    return answer_family(a53le, type_unread, flag);
 }
 
 uint32_t DrvBoot_Qs3520(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3520, type_unread}, flag);
+    return answer_family(qs3520, type_unread, flag);
 }
 
 uint32_t DrvBoot_Qs3520SpiFlash(uint8_t *flag, uintptr_t)
@@ -132,32 +132,32 @@ uint32_t DrvBoot_Qs3520NotSpiFlash(uint8_t *flag, uintptr_t)
 
 uint32_t DrvBoot_Qs3520_nextg(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3520_next, type_unread}, flag);
+    return answer_family(qs3520_next, type_unread, flag);
 }
 
 uint32_t DrvBootIs3520NextGenBiosBoard(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3520_next, run_file_unread}, flag);
+    return answer_family(qs3520_next, run_file_unread, flag);
 }
 
 uint32_t DrvBoot_IsNgBoard(uint8_t *flag, uintptr_t)
 {
-    return answer_family({g_ng_board_list, type_unread}, flag);
+    return answer_family(g_ng_board_list, type_unread, flag);
 }
 
 uint32_t DrvBoot_IsNg3540Board(uint8_t *flag, uintptr_t)
 {
-    return answer_family({g_ng_3540_board_list, type_unread}, flag);
+    return answer_family(g_ng_3540_board_list, type_unread, flag);
 }
 
 uint32_t DrvBootIs3540NextGenBiosBoard(uint8_t *flag, uintptr_t)
 {
-    return answer_family({qs3540_next_bios, run_file_unread}, flag);
+    return answer_family(qs3540_next_bios, run_file_unread, flag);
 }
 
 uint32_t DrvBootIsSfc3540Board(uint8_t *flag, uintptr_t)
 {
-    return answer_family({sfc_3540, run_file_unread}, flag);
+    return answer_family(sfc_3540, run_file_unread, flag);
 }
 
 uint32_t DrvBootInstallBiosQs3520NextGen(uint8_t *flag, uintptr_t)

@@ -21,7 +21,7 @@ constexpr uint32_t kyp362v_h[] = {0x90020720};
 
 uint32_t answer(std::span<const uint32_t> types, uint8_t *flag)
 {
-    return answer_family({types, run_file_unread}, flag);
+    return answer_family(types, run_file_unread, flag);
 }
 
 } // namespace

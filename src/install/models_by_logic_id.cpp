@@ -31,13 +31,6 @@ struct CodeText {
     static void a_code_text_has_one_hexadecimal_conversion();
 };
 
-struct EncappedModel {
-    uint32_t type;
-    std::span<const uint32_t> logic_ids;
-    PlainText type_failure;
-    CodeText id_failure;
-};
-
 constexpr CodeText id_unread = "Drvboot get local encap logic id NOK, return 0x%x\n";
 constexpr CodeText q7z_id_unread = "Drvboot GL6264_Q7Z get local encap logic id NOK, return 0x%x\n";
 constexpr CodeText h632u_id_unread = "Drvboot Ploxy_H632U get local encap logic id NOK, return 0x%x\n";
@@ -54,17 +47,18 @@ constexpr uint32_t h622q[] = {0x32F0B030};
 constexpr uint32_t q7_board = 0x9002071C;
 constexpr uint32_t r22_board = 0x90B2077D;
 
-uint32_t answer(const EncappedModel &model, uint8_t *flag)
+uint32_t answer(uint32_t type, std::span<const uint32_t> logic_ids, PlainText type_failure,
+                CodeText id_failure, uint8_t *flag)
 {
     uint32_t hard_type = 0;
-    if (flag == nullptr || !read_hard_type(model.type_failure, &hard_type))
+    if (flag == nullptr || !read_hard_type(type_failure, &hard_type))
         return failed;
     uint32_t logic_id = 0;
     if (uint32_t code = MOX_GetSelfEncapLogicId(&logic_id); code != ok) {
-        report(DRVBOOT_TRACE_FAILURE, model.id_failure.text, code);
+        report(DRVBOOT_TRACE_FAILURE, id_failure.text, code);
         return failed;
     }
-    *flag = hard_type == model.type && contains(model.logic_ids, logic_id);
+    *flag = hard_type == type && contains(logic_ids, logic_id);
     return ok;
 }
 
@@ -73,40 +67,40 @@ uint32_t answer(const EncappedModel &model, uint8_t *flag)
 // Three models share one model's words.
 uint32_t DrvBoot_IsInstallRunFile_GL6264_Q7(uint8_t *flag, uintptr_t)
 {
-    return answer({q7_board, q7, MODEL_UNREAD("GL6264_Q7Z"), q7z_id_unread}, flag);
+    return answer(q7_board, q7, MODEL_UNREAD("GL6264_Q7Z"), q7z_id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_GL6264_Q7Z(uint8_t *flag, uintptr_t)
 {
-    return answer({q7_board, q7z, MODEL_UNREAD("GL6264_Q7Z"), q7z_id_unread}, flag);
+    return answer(q7_board, q7z, MODEL_UNREAD("GL6264_Q7Z"), q7z_id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_Ploxy_H632(uint8_t *flag, uintptr_t)
 {
-    return answer({r22_board, h632, MODEL_UNREAD("GL6264_Q7Z"), q7z_id_unread}, flag);
+    return answer(r22_board, h632, MODEL_UNREAD("GL6264_Q7Z"), q7z_id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_Ploxy_H632U(uint8_t *flag, uintptr_t)
 {
-    return answer({r22_board, h632u, MODEL_UNREAD("Ploxy_H632U"), h632u_id_unread}, flag);
+    return answer(r22_board, h632u, MODEL_UNREAD("Ploxy_H632U"), h632u_id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_GL6264_R22(uint8_t *flag, uintptr_t)
 {
-    return answer({r22_board, r22, MODEL_UNREAD("GL6264 R22"), id_unread}, flag);
+    return answer(r22_board, r22, MODEL_UNREAD("GL6264 R22"), id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_GL6264_H639Q(uint8_t *flag, uintptr_t)
 {
-    return answer({r22_board, h639q, MODEL_UNREAD("GL6264 H639Q"), id_unread}, flag);
+    return answer(r22_board, h639q, MODEL_UNREAD("GL6264 H639Q"), id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_GL6264_H622(uint8_t *flag, uintptr_t)
 {
-    return answer({r22_board, h622, MODEL_UNREAD("GL6264 H622"), id_unread}, flag);
+    return answer(r22_board, h622, MODEL_UNREAD("GL6264 H622"), id_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_GL6264_H622Q(uint8_t *flag, uintptr_t)
 {
-    return answer({r22_board, h622q, MODEL_UNREAD("GL6264 H622Q"), id_unread}, flag);
+    return answer(r22_board, h622q, MODEL_UNREAD("GL6264 H622Q"), id_unread, flag);
 }

@@ -14,20 +14,14 @@ using namespace moxboot;
 namespace
 {
 
-struct ServedModel {
-    uint32_t type;
-    uint32_t service_type;
-    PlainText failure;
-};
-
-uint32_t answer(const ServedModel &model, uint8_t *flag)
+uint32_t answer(uint32_t type, uint32_t service_type, PlainText failure, uint8_t *flag)
 {
     uint32_t hard_type = 0;
-    uint32_t service_type = 0;
-    if (flag == nullptr || !read_hard_type(model.failure, &hard_type) ||
-        DrvBoot_GetProductServiceType(&service_type) != ok)
+    uint32_t own_service_type = 0;
+    if (flag == nullptr || !read_hard_type(failure, &hard_type) ||
+        DrvBoot_GetProductServiceType(&own_service_type) != ok)
         return failed;
-    *flag = hard_type == model.type && service_type == model.service_type;
+    *flag = hard_type == type && own_service_type == service_type;
     return ok;
 }
 
@@ -48,15 +42,15 @@ uint32_t DrvBoot_GetProductServiceType(uint32_t *type)
 
 uint32_t DrvBoot_InstallKYP362VHWithoutPack(uint8_t *flag, uintptr_t)
 {
-    return answer({0x90020720, 148, run_file_unread}, flag);
+    return answer(0x90020720, 148, run_file_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_KYP362V_J(uint8_t *flag, uintptr_t)
 {
-    return answer({0x9002202A, 148, run_file_unread}, flag);
+    return answer(0x9002202A, 148, run_file_unread, flag);
 }
 
 uint32_t DrvBoot_IsInstallRunFile_KYP627_S(uint8_t *flag, uintptr_t)
 {
-    return answer({0x9002071C, 253, MODEL_UNREAD("KYP627_S")}, flag);
+    return answer(0x9002071C, 253, MODEL_UNREAD("KYP627_S"), flag);
 }

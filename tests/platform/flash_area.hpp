@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The start-up flash in a folder of the test's own.
+// The start-up flash, and the secure driver's revocation list, in a folder of the test's own.
 #pragma once
 
 #include "platform/drv.hpp"
@@ -20,6 +20,13 @@ namespace test
 constexpr std::uint32_t bios = 256;
 constexpr std::uint32_t os_package = 260;
 constexpr std::uint32_t hsm = 265;
+constexpr const char *list_name = "secure-driver.crl";
+
+inline std::uint32_t hand_over(const std::string &list)
+{
+    return drv_crl_patch_write(reinterpret_cast<const std::uint8_t *>(list.data()),
+                               static_cast<std::uint32_t>(list.size()));
+}
 
 class FlashFolder
 {
@@ -27,10 +34,12 @@ class FlashFolder
     FlashFolder()
     {
         setenv("MOXPLATFORM_FLASH", folder.c_str(), 1);
+        setenv("MOXPLATFORM_CRL", path_of(list_name).c_str(), 1);
     }
     ~FlashFolder()
     {
         unsetenv("MOXPLATFORM_FLASH");
+        unsetenv("MOXPLATFORM_CRL");
     }
     // The path of a file to be written to the flash.
     std::string source(const std::string &bytes, const std::string &name = "image.bin") const

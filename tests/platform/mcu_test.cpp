@@ -1,35 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 // The MCU's board-support libraries, opened as their callers open them, on a board in this process.
+#include "platform/board_support.hpp"
 #include "platform/mcu.hpp"
-#include "vboard/front/inprocess.hpp"
-#include "vboard/model/board.hpp"
-
-#include <moxboot/platform.h>
 
 #include <array>
 #include <cerrno>
-#include <dlfcn.h>
-#include <gtest/gtest.h>
-#include <string>
 
 namespace
 {
 
-using vboard::Board;
+using test::board0;
 using vboard::Bytes;
 using vboard::Fault;
 
-#ifdef SANITIZED
-// The address sanitizer refuses the other flag, and opens a library itself: the places where the test program
-// looks do not count then.
-constexpr int how_opened = RTLD_NOW;
-const std::string folder = LIBRARIES "/";
-#else
-constexpr int how_opened = RTLD_NOW | RTLD_DEEPBIND;
-const std::string folder;
-#endif
-
-constexpr const char *board0 = "/dev/board0";
 constexpr std::uint32_t not_there = 0x4711; // the library or its function; a failure of its own
 
 vboard::Profile profile_with_id(size_t size)
@@ -41,34 +24,10 @@ vboard::Profile profile_with_id(size_t size)
     return profile;
 }
 
-class Mcu : public testing::Test
+class Mcu : public test::BoardSupport
 {
   protected:
-    explicit Mcu(size_t id_size = 16) : board(profile_with_id(id_size))
-    {
-        // Loaded before the libraries are opened, as by any program that links with it.
-        EXPECT_NE(iof_timer_get_freq(), 0u);
-        vboard::attach(&board);
-    }
-    ~Mcu() override
-    {
-        vboard::detach();
-        EXPECT_EQ(board.open_files(), 0u);
-        for (void *library : opened_)
-            dlclose(library);
-    }
-
-    template <typename Function>
-    Function *function(const char *library, const char *name)
-    {
-        void *handle = dlopen((folder + library).c_str(), how_opened);
-        EXPECT_NE(handle, nullptr) << dlerror();
-        void *found = handle == nullptr ? nullptr : dlsym(handle, name);
-        EXPECT_NE(found, nullptr) << name;
-        if (handle != nullptr)
-            opened_.push_back(handle);
-        return reinterpret_cast<Function *>(found);
-    }
+    explicit Mcu(size_t id_size = 16) : BoardSupport(profile_with_id(id_size)) {}
 
     std::uint32_t status(std::uint32_t which_board, std::uint32_t subboard, std::uint32_t *status)
     {
@@ -91,19 +50,6 @@ class Mcu : public testing::Test
         EXPECT_EQ(length, 77u);
         EXPECT_EQ(id, (std::array<std::uint8_t, 64>{}));
     }
-    void plan(std::uint32_t item, std::map<std::uint32_t, std::uint32_t> reply_words, int error = 0)
-    {
-        Fault fault;
-        fault.item = item;
-        fault.reply_words = std::move(reply_words);
-        fault.error = error;
-        board.add_fault(fault);
-    }
-
-    Board board;
-
-  private:
-    std::vector<void *> opened_;
 };
 
 class McuWithLongestId : public Mcu

@@ -25,6 +25,8 @@ std::string as_text(const vboard::Event &event)
         return "open " + event.device;
     case vboard::Op::read:
         return "read " + event.device;
+    case vboard::Op::lseek:
+        return "lseek " + event.device + " " + event.value;
     case vboard::Op::write:
         if (event.what.empty())
             return "write " + event.device;

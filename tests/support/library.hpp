@@ -41,7 +41,7 @@ std::vector<int> descriptors();
 
 // ---- platform --------------------------------------------------------------------------------------------
 
-// Plans a result for a platform function (memcpy_s, strncpy_s, strncat_s, strcpy_s, sprintf_s,
+// Plans a result for a platform function (memcpy_s, memset_s, strncpy_s, strncat_s, strcpy_s, sprintf_s,
 // snprintf_truncated_s, vsnprintf_s, vsprintf_s, GetEnv, SetEnv, bsp_getmemenv_s, bsp_setenv_s,
 // IsNeedRootProxy, RootProxyExecCmd) when the library calls it; the function's work is not done.
 void answer_platform(const std::string &function, int result, unsigned skip = 0, unsigned times = 1);

@@ -36,6 +36,13 @@ int memcpy_s(void *dest, size_t dest_max, const void *src, size_t count)
     return NEXT(memcpy_s)(dest, dest_max, src, count);
 }
 
+int memset_s(void *dest, size_t dest_max, int c, size_t count)
+{
+    if (auto planned = plans.take("memset_s", __builtin_return_address(0)))
+        return static_cast<int>(*planned);
+    return NEXT(memset_s)(dest, dest_max, c, count);
+}
+
 int strcpy_s(char *dest, size_t dest_max, const char *src)
 {
     if (auto planned = plans.take("strcpy_s", __builtin_return_address(0)))

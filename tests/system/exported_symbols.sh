@@ -17,7 +17,7 @@ diff -u "$work/listed" "$work/exported" || { echo "the list and the library diff
 for header in "$headers"/*.h; do
   case ${header##*/} in platform.h | types.h) continue ;; esac
   tr '\n' ' ' <"$header" | grep -oE 'MOXBOOT_API [^;]*;' | sed -E 's/ MOXBOOT_PRINTF\(.*/;/' |
-    sed -nE 's/^MOXBOOT_API [^(;]*[ *]([A-Za-z_0-9]+)\(.*/\1/p; s/^MOXBOOT_API [^(;]*[ *]([A-Za-z_0-9]+)(\[[A-Z_0-9]+\])?;/\1/p'
+    sed -nE 's/^MOXBOOT_API [^(;]*[ *]([A-Za-z_0-9]+)\(.*/\1/p; s/^MOXBOOT_API [^(;]*[ *]([A-Za-z_0-9]+)(\[[A-Z_0-9]+\])*;/\1/p'
 done | sort >"$work/declared"
 cut -d' ' -f1 "$work/listed" | sort | diff -u - "$work/declared" || { echo "the list and the headers differ"; exit 1; }
 echo "$(wc -l <"$work/listed") symbols"

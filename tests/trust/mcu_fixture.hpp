@@ -4,9 +4,8 @@
 
 #include "support/board_test.hpp"
 #include "support/direct_log.hpp"
+#include "trust/library_use.hpp"
 #include "trust/mcu_library.hpp"
-
-#include <algorithm>
 
 namespace test
 {
@@ -33,20 +32,7 @@ class McuTest : public BoardTest
     // again if it could be opened, before it was told what it had answered if it was asked.
     static void expect_opened(const std::string &name, bool closed = true, bool asked = true)
     {
-        const auto opened = calls("dlopen");
-        ASSERT_EQ(opened.size(), 1u);
-        EXPECT_EQ(opened[0].path, name);
-        EXPECT_EQ(opened[0].size, 10u);
-        // An answer is logged when the library is closed; what stands in its way is logged at once.
-        std::vector<std::string> order;
-        for (const Call &call : calls())
-            if (call.function == "dlclose" || call.function == "syslog")
-                order.push_back(call.function);
-        EXPECT_EQ(std::count(order.begin(), order.end(), "dlclose"), closed ? 1 : 0);
-        if (closed) {
-            EXPECT_EQ(order.at(asked ? 0 : 1), "dlclose");
-        }
-        EXPECT_FALSE(loaded(name));
+        expect_one_use(name, 10, closed, asked);
     }
 };
 

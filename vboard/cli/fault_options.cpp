@@ -20,7 +20,9 @@ Op operation(const std::string &name)
         return Op::read;
     if (name == "write")
         return Op::write;
-    throw UsageError("\"" + name + "\" is no operation; there are open, ioctl, read and write");
+    if (name == "lseek")
+        return Op::lseek;
+    throw UsageError("\"" + name + "\" is no operation; there are open, ioctl, read, write and lseek");
 }
 
 void take(std::optional<std::uint32_t> &field, const std::string &text, const char *what)
@@ -45,7 +47,7 @@ bool has_effect(const Fault &fault)
 
 void add_fault_options(CLI::App &app, FaultOptions &options)
 {
-    app.add_option("operation", options.operation, "open, ioctl, read or write")->required();
+    app.add_option("operation", options.operation, "open, ioctl, read, write or lseek")->required();
     app.add_option("device", options.device, "device path, or \"any\"")->required();
     app.add_option("--item", options.item, "only requests for this item code")->group("Which operations");
     app.add_option("--request", options.request, "only this ioctl request number")->group("Which operations");

@@ -40,7 +40,7 @@ fs::path part(const std::string &name)
 void add_kind(std::vector<Library> &found, const std::string &folder, const fs::path &shim)
 {
     found.push_back({folder, shim_name, shim});
-    for (const char *name : {"libdrv_basic.so", "libdrv_secure.so"}) {
+    for (const char *name : {"libdrv_basic.so", "libdrv_secure.so", "libnb_bsp.so"}) {
         for (const fs::path &place : {shim.parent_path(), shim.parent_path().parent_path()}) {
             std::error_code error;
             if (!fs::is_regular_file(place / name, error))

@@ -128,6 +128,8 @@ int status(const StateOptions &options, const Call &)
     std::printf("resets   %u%s\n", answer.at("resets").get<unsigned>(), last_reset(answer).c_str());
     std::printf("events   %zu\n", answer.at("events").get<std::size_t>());
     std::printf("faults   %zu\n", answer.at("faults").get<std::size_t>());
+    if (const nlohmann::json &crl = answer.at("crl_bytes"); !crl.is_null())
+        std::printf("crl      %zu bytes\n", crl.get<std::size_t>());
     std::printf("devices ");
     for (const nlohmann::json &device : answer.at("devices"))
         std::printf(" %s", device.get<std::string>().c_str());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// vboard get, set, getenv, setenv: items and boot variables of a running board.
+// vboard get, set, getenv, setenv: items and boot variables of a running board, and the size of its
+// revocation list.
 #include "cli/board_options.hpp"
 #include "cli/numbers.hpp"
 #include "cli/verbs.hpp"
@@ -29,12 +30,14 @@ void add_get_options(CLI::App &app, ItemOptions &options)
 {
     add_state_option(app, options.state);
     app.add_option("device", options.device, "device path")->required();
-    app.add_option("code", options.code, "item code")->required();
+    app.add_option("code", options.code, "item code; none for the size of /dev/module_crl's list");
 }
 
 void add_set_options(CLI::App &app, ItemOptions &options)
 {
-    add_get_options(app, options);
+    add_state_option(app, options.state);
+    app.add_option("device", options.device, "device path")->required();
+    app.add_option("code", options.code, "item code")->required();
     auto *value = app.add_option("value", options.value, "its new value");
     app.add_flag("--remove", options.remove, "take the item away: the driver then refuses it")
         ->excludes(value);
@@ -54,10 +57,14 @@ void add_setenv_options(CLI::App &app, VariableOptions &options)
 
 int get(const ItemOptions &options, const Call &)
 {
-    const std::uint32_t code = number(options.code, "item code");
-    const json answer = ask_board(state_directory(options.state),
-                                  {{"do", "get"}, {"device", options.device}, {"code", code}});
-    std::printf("%s\n", hex(answer.at("value").get<std::uint32_t>()).c_str());
+    json request{{"do", "get"}, {"device", options.device}, {"code", nullptr}};
+    if (!options.code.empty())
+        request["code"] = number(options.code, "item code");
+    const json answer = ask_board(state_directory(options.state), request);
+    if (options.code.empty())
+        std::printf("%zu bytes\n", answer.at("bytes").get<std::size_t>());
+    else
+        std::printf("%s\n", hex(answer.at("value").get<std::uint32_t>()).c_str());
     return done;
 }
 
@@ -91,7 +98,8 @@ int set_variable(const VariableOptions &options, const Call &)
 
 void add_values(CLI::App &app, Call &call)
 {
-    add_verb<ItemOptions>(app, call, "get", "Show an item of the board's driver", add_get_options, get);
+    add_verb<ItemOptions>(app, call, "get", "Show an item of the board's driver, or the size of a list",
+                          add_get_options, get);
     add_verb<ItemOptions>(app, call, "set",
                           "Set an item of the board's driver; it lasts as long as the state", add_set_options,
                           set);

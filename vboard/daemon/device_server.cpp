@@ -24,6 +24,7 @@ struct DeviceServer::Connection {
     bool opened = false;
     int flags = 0;
     int pid = 0; // of the process that opened it
+    std::int64_t position = 0;
 };
 
 DeviceServer::DeviceServer(Board &board, WriteSink sink) : board_(board), sink_(std::move(sink)) {}
@@ -166,9 +167,10 @@ bool DeviceServer::handle_request(Connection &connection, Packet packet, const w
             channel.done(-1, EBADF);
             return true;
         }
-        const IoResult result = board_.read(connection.device, request.number, packet.pid);
-        const std::size_t size = std::min<std::size_t>(result.data.size(), request.number);
-        if (const int error = channel.store(request.argument, result.data.data(), size); error != 0)
+        const IoResult result =
+            board_.read(connection.device, request.number, packet.pid, &connection.position);
+        if (const int error = channel.store(request.argument, result.data.data(), result.data.size());
+            error != 0)
             channel.done(-1, error);
         else
             channel.done(result.result, result.error);
@@ -184,15 +186,22 @@ bool DeviceServer::handle_request(Connection &connection, Packet packet, const w
         channel.done(result.result, result.error);
         return true;
     }
+    case wire::Action::lseek: {
+        const IoResult result =
+            board_.seek(connection.device, static_cast<std::int64_t>(request.argument),
+                        static_cast<int>(request.number), packet.pid, &connection.position);
+        channel.done(result.result, result.error);
+        return true;
+    }
     }
     return false;
 }
 
-IoResult DeviceServer::write(const Connection &connection, const Bytes &data, int pid)
+IoResult DeviceServer::write(Connection &connection, const Bytes &data, int pid)
 {
     if ((connection.flags & O_ACCMODE) == O_RDONLY)
         return {-1, EBADF, {}};
-    IoResult result = board_.write(connection.device, data, pid);
+    IoResult result = board_.write(connection.device, data, pid, &connection.position);
     if (result.result > 0 && static_cast<std::size_t>(result.result) <= data.size())
         sink_(connection.device, Bytes(data.begin(), data.begin() + result.result));
     return result;

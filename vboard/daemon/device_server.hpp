@@ -54,7 +54,7 @@ class DeviceServer
     void serve(const std::shared_ptr<Connection> &connection);
     bool handle(Connection &connection, Packet packet);
     bool handle_request(Connection &connection, Packet packet, const wire::Request &request);
-    IoResult write(const Connection &connection, const Bytes &data, int pid);
+    IoResult write(Connection &connection, const Bytes &data, int pid);
     bool idle();
 
     Board &board_;

@@ -2,6 +2,7 @@
 #include "daemon/requests.hpp"
 
 #include "model/faults.hpp"
+#include "model/request_kind.hpp"
 
 #include <algorithm>
 #include <array>
@@ -49,6 +50,7 @@ json status(const RequestContext &context, const json &)
             {"pid", getpid()},
             {"state", context.state.directory()},
             {"devices", context.devices},
+            {"crl_bytes", profile.crl_module ? json(context.board.crl().size()) : json(nullptr)},
             {"events", context.board.journal().size()},
             {"faults", context.board.faults().size()},
             {"resets", resets.since_power_on},
@@ -58,7 +60,12 @@ json status(const RequestContext &context, const json &)
 json get_item(const RequestContext &context, const json &request)
 {
     const std::string device = known_device(context, request);
-    const auto code = request.at("code").get<std::uint32_t>();
+    if (request.at("code").is_null()) {
+        if (device != crl_device)
+            throw std::runtime_error(device + " has items; say which one by its code");
+        return {{"bytes", context.board.crl().size()}};
+    }
+    const auto code = request["code"].get<std::uint32_t>();
     const std::optional<std::uint32_t> value = context.board.item(device, code);
     if (!value)
         throw std::runtime_error(device + " has no item " + hex(code));

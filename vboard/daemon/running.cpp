@@ -5,6 +5,7 @@
 #include "daemon/requests.hpp"
 #include "daemon/seed.hpp"
 #include "model/env_store.hpp"
+#include "model/request_kind.hpp"
 #include "platform/root_proxy.hpp"
 
 #include <cerrno>
@@ -31,10 +32,16 @@ Running::Running(const OwnNamespace &proof, State &state, const BoardPlan &plan)
     : proof_(proof), state_(state), environment_(plan.environment),
       board_(plan.profile, make_env_store(state.directory(), plan.profile)),
       tree_(proof, with_state(plan.tree, state), board_.profile()),
-      devices_(board_, [this](const std::string &, const Bytes &text) { state_.append_console(text); }),
+      devices_(board_,
+               [this](const std::string &device, const Bytes &text) {
+                   if (device == console_device)
+                       state_.append_console(text);
+               }),
       stop_(eventfd(0, EFD_CLOEXEC)), ticker_(plan.profile.watchdog_period_ms)
 {
     state.restore_items(board_);
+    board_.set_crl(state.crl());
+    board_.keep_crl([this](const Bytes &list) { return state_.keep_crl(list); });
     for (const Fault &fault : plan.faults)
         board_.add_fault(fault);
     board_.on_event([this](const Event &event) {

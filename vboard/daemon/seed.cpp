@@ -2,6 +2,7 @@
 #include "daemon/seed.hpp"
 
 #include "front/wire.hpp"
+#include "model/profile.hpp"
 
 #include <fstream>
 #include <stdexcept>
@@ -34,13 +35,26 @@ std::string records(const std::map<std::string, std::string> &variables)
     return text;
 }
 
+void seed_boot_files(const Profile &profile)
+{
+    for (const std::string &name : profile.boot_files)
+        if (const fs::path path = fs::path("/boot") / name; !fs::exists(fs::symlink_status(path)))
+            write_text(path, boot_file_content(profile, name));
+}
+
 } // namespace
 
 void seed_lasting(const Profile &profile)
 {
+    // No reset brings back what a program took out of "/boot", so that a board can be one that lacks a file.
+    // The store is made last and tells a board that is complete from a new one.
     const fs::path platform_env = "/opt/moxv8/var/platform.env";
-    if (!fs::exists(platform_env))
+    if (!fs::exists(platform_env)) {
+        seed_boot_files(profile);
         write_text(platform_env, records(profile.platform_env));
+    }
+    if (profile.cgroup)
+        fs::create_directories("/cgroup1");
 }
 
 void seed_ram_disk(const Profile &profile)
@@ -50,6 +64,8 @@ void seed_ram_disk(const Profile &profile)
 
 void seed_volatile(const Profile &profile)
 {
+    if (profile.tpm2)
+        write_text("/dev/tpm0", "");
     if (profile.footprint.empty())
         return;
     write_text("/tmp/footprint", profile.footprint);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What a board finds in its file tree when it comes up: the stores of the platform and the start-up
-// footprint.
+// What a board finds in its file tree when it comes up: the stores of the platform, the files that it starts
+// from, the start-up footprint, and places that only some boards have.
 #pragma once
 
 #include "model/board.hpp"

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <sys/file.h>
 #include <thread>
@@ -24,6 +25,8 @@ using nlohmann::json;
 
 namespace
 {
+
+constexpr const char *crl_file = "module_crl";
 
 [[noreturn]] void fail(const fs::path &path, const char *what)
 {
@@ -116,6 +119,22 @@ void State::keep_item(const std::string &device, std::uint32_t code, std::option
     json items = load_items(path);
     items[device][hex(code)] = value ? json(hex(*value)) : json(nullptr);
     replace_file(path, items.dump(2) + "\n");
+}
+
+Bytes State::crl() const
+{
+    std::ifstream file(directory_ / crl_file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool State::keep_crl(const Bytes &list) const
+{
+    try {
+        replace_file(directory_ / crl_file, {list.begin(), list.end()});
+        return true;
+    } catch (const std::runtime_error &) {
+        return false;
+    }
 }
 
 void State::append_journal(const Event &event)

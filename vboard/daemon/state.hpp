@@ -38,6 +38,11 @@ class State
     void restore_items(Board &board) const;
     void keep_item(const std::string &device, std::uint32_t code, std::optional<std::uint32_t> value);
 
+    // The revocation list in the board's module; empty when it never got one. keep_crl() says whether the new
+    // one is safe.
+    Bytes crl() const;
+    bool keep_crl(const Bytes &list) const;
+
     // Append to the board's records; safe from several threads.
     void append_journal(const Event &event);
     void append_syslog(const std::string &line);

@@ -148,7 +148,7 @@ IoResult read(const OpenFile &file, void *buffer, std::size_t count)
 {
     if ((file.flags & O_ACCMODE) == O_WRONLY)
         return {-1, EBADF, {}};
-    IoResult done = file.board->read(file.device, count, getpid());
+    IoResult done = file.board->read(file.device, count, getpid(), &file.position);
     if (!done.data.empty())
         std::memcpy(buffer, done.data.data(), std::min(count, done.data.size()));
     return done;
@@ -161,7 +161,12 @@ IoResult write(const OpenFile &file, const void *data, std::size_t count)
     if (data == nullptr && count != 0)
         return {-1, EFAULT, {}};
     const auto *bytes = static_cast<const std::uint8_t *>(data);
-    return file.board->write(file.device, Bytes(bytes, bytes + count), getpid());
+    return file.board->write(file.device, Bytes(bytes, bytes + count), getpid(), &file.position);
+}
+
+IoResult seek(const OpenFile &file, std::int64_t offset, int whence)
+{
+    return file.board->seek(file.device, offset, whence, getpid(), &file.position);
 }
 
 } // namespace inprocess

@@ -15,6 +15,7 @@ struct OpenFile {
     Board *board;
     std::string device;
     int flags;
+    mutable std::int64_t position = 0; // the board's to move
 
     OpenFile(Board *board_, std::string device_, int flags_);
     ~OpenFile();
@@ -39,5 +40,6 @@ void remember_copy(int fd, int copy);
 IoctlResult ioctl(const OpenFile &file, unsigned long request, void *argument);
 IoResult read(const OpenFile &file, void *buffer, std::size_t count);
 IoResult write(const OpenFile &file, const void *data, std::size_t count);
+IoResult seek(const OpenFile &file, std::int64_t offset, int whence);
 
 } // namespace vboard::inprocess

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// What is done with an open descriptor: ioctl(), read(), write(), and calls that only the hook cares about.
+// What is done with an open descriptor: ioctl(), read(), write(), lseek(), and calls that only the hook cares
+// about.
 #include "front/inprocess_devices.hpp"
 #include "front/inprocess_hook.hpp"
 
@@ -70,9 +71,10 @@ ssize_t read_descriptor(int fd, void *buffer, std::size_t count, const void *cal
 #define DEFINE_LSEEK(name, offset_type)                                                                      \
     offset_type name(int fd, offset_type offset, int whence) noexcept                                        \
     {                                                                                                        \
-        return inprocess::unless_answered(on_descriptor("lseek", CALLER, fd, 0, nullptr), [=] {              \
-            return NEXT(offset_type(int, offset_type, int), #name)(fd, offset, whence);                      \
-        });                                                                                                  \
+        return device_or_next(                                                                               \
+            on_descriptor("lseek", CALLER, fd, 0, nullptr),                                                  \
+            [=](const inprocess::OpenFile &file) { return inprocess::seek(file, offset, whence); },          \
+            [=] { return NEXT(offset_type(int, offset_type, int), #name)(fd, offset, whence); });            \
     }
 
 #define DEFINE_FSTAT(name, stat_type)                                                                        \

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // Processes, threads, pipes and libraries, for the hook alone. The definitions are weak: a test may bring its
 // own.
+#include "front/inprocess_devices.hpp"
 #include "front/inprocess_hook.hpp"
+#include "front/library_path.hpp"
 
 #include <csignal>
 #include <cstdio>
@@ -97,7 +99,8 @@ WEAK int pthread_create(pthread_t *thread, const pthread_attr_t *attributes, voi
 WEAK void *dlopen(const char *path, int flags) noexcept
 {
     return inprocess::unless_answered(on_path("dlopen", CALLER, path, static_cast<std::size_t>(flags)), [=] {
-        return NEXT(void *(const char *, int), "dlopen")(path, allowed(flags));
+        const char *wanted = inprocess::attached() ? library_path(path) : path;
+        return NEXT(void *(const char *, int), "dlopen")(wanted, allowed(flags));
     });
 }
 

@@ -11,10 +11,11 @@ bool valid(const Request &request, std::size_t length)
     switch (request.action) {
     case Action::open:
     case Action::ioctl:
+    case Action::lseek:
         return true;
     case Action::read:
     case Action::write:
-        return request.number <= max_payload;
+        return request.number <= max_transfer;
     }
     return false;
 }

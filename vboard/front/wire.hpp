@@ -20,17 +20,21 @@ namespace vboard::wire
 
 constexpr std::uint32_t magic = 0x31764256; // "VBv1"
 constexpr std::uint32_t max_payload = 64 * 1024;
+// A read or write of more comes back short. Up to here it is one, in as many pieces as it takes: what makes a
+// whole for its device must arrive as a whole.
+constexpr std::uint32_t max_transfer = 1024 * 1024;
 // Where the shim looks for files that the host's "/proc" does not have.
 #define VBOARD_PROC_ROOT "/dev/vboard"
 
-enum class Action : std::uint32_t { open = 1, ioctl = 2, read = 3, write = 4 };
+enum class Action : std::uint32_t { open = 1, ioctl = 2, read = 3, write = 4, lseek = 5 };
 
 struct Request {
     std::uint32_t magic;
     Action action;
-    std::uint64_t argument; // ioctl: its third argument; read, write: address of the buffer
-    std::uint32_t number;   // open: flags; ioctl: request number; read, write: count of bytes
-    std::uint32_t unused;   // 0
+    std::uint64_t
+        argument;         // ioctl: its third argument; read, write: address of the buffer; lseek: the offset
+    std::uint32_t number; // open: flags; ioctl: request number; read, write: count of bytes; lseek: whence
+    std::uint32_t unused; // 0
 };
 static_assert(sizeof(Request) == 24);
 

@@ -128,7 +128,10 @@ void show_host(const Mounts &mounts)
 {
     for (const fs::directory_entry &entry : fs::directory_iterator(host)) {
         const std::string name = entry.path().filename();
-        if (name != "dev" && name != "opt" && name != "boot" && name != "bootbak" && name != "tmp")
+        // Whether there is a "/cgroup1" tells programs what kind of board this is: the machine's is none of
+        // theirs.
+        if (name != "dev" && name != "opt" && name != "boot" && name != "bootbak" && name != "tmp" &&
+            name != "cgroup1")
             show(mounts, "/" + name);
     }
     fs::create_directory("/opt");

@@ -72,7 +72,7 @@ bool Board::State::serves(const std::string &device) const
 {
     return device == board_device || device == "/dev/chassis0" || device == environment_device ||
            device == console_device || device == watchdog_device || slot_number(device) != 0 ||
-           profile.items.contains(device);
+           is_crl(device) || profile.items.contains(device);
 }
 
 std::optional<Fault> Board::State::begin(const Operation &operation)

@@ -21,7 +21,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 // ---- planned faults --------------------------------------------------------------------------------------
 
-enum class Op { open, ioctl, read, write, reset };
+enum class Op { open, ioctl, read, write, lseek, reset };
 
 // A fault bites on an operation that matches every field given. It lets `skip` matching operations pass, then
 // bites `times` times (0: for ever). What it does is the sum of the effects given.
@@ -62,8 +62,8 @@ struct Event {
     std::vector<std::uint32_t> items;    // item codes asked, in order
     std::optional<std::uint32_t> sent;   // 32-bit value of a set
     std::optional<std::uint32_t> answer; // 32-bit value of the reply
-    std::string name, value;             // boot variable; value also holds the text of a console write and
-                                         // the date of a reset notice
+    std::string name, value;             // boot variable; value also holds the text of a console write, the
+                                         // date of a reset notice, and where a seek went ("to 0", "by -4")
     std::int64_t result = 0;             // what the caller's libc function returned
     int error = 0;                       // errno with a result of -1
     std::optional<std::uint32_t> code;   // the driver's return code of an item reply
@@ -128,6 +128,10 @@ struct Profile {
     std::uint32_t watchdog_threshold = 10;           // periods without a feed that a reset takes, at first
     Bytes mcu_die_id;                                // at most 32 bytes; empty: the board has no such item
     Bytes reset_reason_record;                       // of a new board; empty: no reason is recorded
+    bool crl_module = false;                         // there is a "/dev/module_crl"
+    bool tpm2 = false;                               // there is a "/dev/tpm0"
+    bool cgroup = false;                             // there is a directory "/cgroup1"
+    std::vector<std::string> boot_files;             // names of what lies in a new board's "/boot"
 };
 
 // ---- reset and watchdog ----------------------------------------------------------------------------------
@@ -170,6 +174,13 @@ class Board
     void clear_journal();
     // Called for each event, in order. The sink must not call the board.
     void on_event(std::function<void(const Event &)> sink);
+    // The certificate revocation list in "/dev/module_crl", and putting one there as if it had been there
+    // before.
+    Bytes crl() const;
+    void set_crl(Bytes list);
+    // Called with each list that a program hands over. False: it cannot be kept, and the write fails with
+    // EIO. The function must not call the board.
+    void keep_crl(std::function<bool(const Bytes &)> keep);
     std::string console() const;      // the latest 64 KiB that were written to the console
     std::uint64_t open_files() const; // opened and not closed yet, over all devices
 
@@ -191,8 +202,12 @@ class Board
     bool serves(const std::string &device) const;            // a path of this board's driver
     int open(const std::string &device, int flags, int pid); // 0 or an errno
     IoctlReply ioctl(const IoctlCall &call);
-    IoResult read(const std::string &device, std::size_t count, int pid);
-    IoResult write(const std::string &device, const Bytes &data, int pid);
+    // `position` is the open file's, moved as it goes; without one the file was just opened. Only
+    // "/dev/module_crl" looks at it; on the others a seek fails with ESPIPE, and the driver is not asked.
+    IoResult read(const std::string &device, std::size_t count, int pid, std::int64_t *position = nullptr);
+    IoResult write(const std::string &device, const Bytes &data, int pid, std::int64_t *position = nullptr);
+    IoResult seek(const std::string &device, std::int64_t offset, int whence, int pid,
+                  std::int64_t *position); // `whence` is SEEK_SET, SEEK_CUR or SEEK_END
     void close(const std::string &device, int pid);
 
   private:

@@ -101,7 +101,7 @@ constexpr std::array<Field, 15> fields{{
      [](Fault &fault, const std::string &name, const json &value) {
          const auto op = op_by_name(text(name, value));
          if (!op || *op == Op::reset)
-             wrong("\"op\" must be open, ioctl, read or write");
+             wrong("\"op\" must be open, ioctl, read, write or lseek");
          fault.op = *op;
      }},
     {"device",

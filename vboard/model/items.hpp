@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/mcu.hpp"
+#include "platform/tpm.hpp"
 
 #include <cstdint>
 #include <optional>

@@ -12,7 +12,7 @@ using nlohmann::json;
 namespace
 {
 
-constexpr std::array<std::string_view, 5> op_names{"open", "ioctl", "read", "write", "reset"};
+constexpr std::array<std::string_view, 6> op_names{"open", "ioctl", "read", "write", "lseek", "reset"};
 
 template <class Value>
 void put(json &object, const char *name, const std::optional<Value> &value)

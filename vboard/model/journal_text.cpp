@@ -80,6 +80,8 @@ std::string question(const Event &event)
         return watchdog_command(event);
     if (event.op == Op::write)
         return "write " + event.device + (event.value.empty() ? "" : " " + quoted(event.value));
+    if (event.op == Op::lseek)
+        return "lseek " + event.device + " " + event.value;
     if (event.op != Op::ioctl)
         return std::string(op_name(event.op)) + " " + event.device;
     if (event.what == "unknown")
@@ -107,6 +109,8 @@ std::string outcome(const Event &event)
         return ""; // a command says what happened; that it was written whole is a matter of course
     if (event.op == Op::read || event.op == Op::write)
         return " -> " + std::to_string(event.result) + (event.result == 1 ? " byte" : " bytes");
+    if (event.op == Op::lseek)
+        return " -> " + std::to_string(event.result);
     if (event.code && *event.code != 0)
         return " -> refused by the driver, code " + number(*event.code);
     if (event.answer)

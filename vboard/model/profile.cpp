@@ -71,6 +71,11 @@ std::vector<std::string> list_profiles(const fs::path &directory)
     return names;
 }
 
+std::string boot_file_content(const Profile &profile, const std::string &name)
+{
+    return name + " of the virtual board " + profile.name + "\n";
+}
+
 Profile with_hard_type(Profile profile, std::uint32_t hard_type)
 {
     profile.items["/dev/board0"][item_code::hard_type] = hard_type;

@@ -66,6 +66,14 @@ class ProfileReader
             profile_.watchdog_threshold = at_least_one(key, node);
         else if (key == "mcu-die-id")
             profile_.mcu_die_id = die_id(node);
+        else if (key == "crl-module")
+            profile_.crl_module = yes_or_no(key, node);
+        else if (key == "tpm2")
+            profile_.tpm2 = yes_or_no(key, node);
+        else if (key == "cgroup")
+            profile_.cgroup = yes_or_no(key, node);
+        else if (key == "boot-files")
+            profile_.boot_files = file_names(node);
         else if (key == "reset")
             profile_.reset_reason_record = reset(node);
         else if (key == "items")
@@ -96,6 +104,32 @@ class ProfileReader
         if (value->get() < 0 || value->get() > std::numeric_limits<std::uint32_t>::max())
             wrong(node, "\"" + key + "\" must be between 0 and 0xffffffff");
         return static_cast<std::uint32_t>(value->get());
+    }
+
+    bool yes_or_no(const std::string &key, const toml::node &node) const
+    {
+        const auto *value = node.as_boolean();
+        if (!value)
+            wrong(node, "\"" + key + "\" must be true or false");
+        return value->get();
+    }
+
+    std::vector<std::string> file_names(const toml::node &node) const
+    {
+        const auto *list = node.as_array();
+        if (!list)
+            wrong(node, "\"boot-files\" must be a list of file names");
+        std::vector<std::string> names;
+        for (const toml::node &entry : *list) {
+            const std::string name = text("boot-files", entry);
+            if (!is_file_name(name))
+                wrong(entry, "\"" + name.substr(0, name.find('\0')) +
+                                 "\" cannot be the name of a file in \"/boot\"");
+            if (std::ranges::find(names, name) != names.end())
+                wrong(entry, "\"boot-files\" names \"" + name + "\" twice");
+            names.push_back(name);
+        }
+        return names;
     }
 
     std::uint32_t at_least_one(const std::string &key, const toml::node &node) const

@@ -37,6 +37,13 @@ std::optional<Bytes> hex_bytes(std::string_view text, char separator)
     return bytes;
 }
 
+bool is_file_name(std::string_view text)
+{
+    constexpr std::size_t longest_name = 255;
+    return !text.empty() && text.size() <= longest_name && text != "." && text != ".." &&
+           text.find('/') == std::string_view::npos && text.find('\0') == std::string_view::npos;
+}
+
 std::optional<std::uint32_t> hex_word(std::string_view text)
 {
     std::uint32_t number = 0;

@@ -13,6 +13,9 @@ namespace vboard
 // anything else.
 std::optional<Bytes> hex_bytes(std::string_view text, char separator);
 
+// Whether a file of this name can lie in a directory.
+bool is_file_name(std::string_view text);
+
 // "0x10002987"
 std::optional<std::uint32_t> hex_word(std::string_view text);
 

@@ -21,7 +21,7 @@ RequestKind request_kind(std::string_view device, std::uint32_t request)
             return RequestKind::unknown;
         }
     }
-    if (device == console_device || device == watchdog_device)
+    if (device == console_device || device == watchdog_device || device == crl_device)
         return RequestKind::unknown;
     if (request == DRVBOOT_CMD_SELF_RESET)
         return device == board_device ? RequestKind::self_reset : RequestKind::unknown;

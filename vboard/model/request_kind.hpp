@@ -16,6 +16,7 @@ RequestKind request_kind(std::string_view device, std::uint32_t request);
 constexpr std::string_view environment_device = "/dev/envinfo0";
 constexpr std::string_view console_device = "/dev/ttyS0";
 constexpr std::string_view watchdog_device = "/proc/wdt";
+constexpr std::string_view crl_device = "/dev/module_crl";
 constexpr std::string_view board_device = "/dev/board0";
 constexpr unsigned slot_count = 32;
 

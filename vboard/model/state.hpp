@@ -43,10 +43,13 @@ struct Board::State {
     Watchdog watchdog;
     FaultPlan faults;
     std::string console;
+    Bytes crl;
+    std::function<bool(const Bytes &)> keep_crl;
     std::uint64_t open_files = 0;
 
     State(Profile profile_, std::shared_ptr<EnvStore> store_);
     bool serves(const std::string &device) const;
+    bool is_crl(const std::string &device) const; // the module's device, on a board that has it
     void load_env();
 
     // The fault that bites on an operation, its delay waited for.
@@ -58,6 +61,9 @@ struct Board::State {
     void item_was_set(const std::string &device, std::uint32_t code); // what the new value sets off
     int wdt_command(const DrvbootWdtCommand &command);                // 0 or an errno
     void print(const std::string &text);                              // on the console
+    Bytes part_of_crl(std::int64_t from, std::size_t count) const;
+    int replace_crl(Bytes list); // 0 or an errno
+    std::int64_t sought(std::int64_t offset, int whence, std::int64_t position) const;
 
     // The driver proper (driver.cpp).
     IoctlReply answer_items(const IoctlCall &call, const std::vector<ItemValue> &asked,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reading and writing: text for the console, commands for the kernel's watchdog service. No other device of
-// the board can be written, and none but the console can be read.
+// Reading and writing: text for the console, commands for the kernel's watchdog service, revocation lists for
+// their module. No other device of the board can be written, and none but the console and the module can be
+// read.
 #include "model/request_kind.hpp"
 #include "model/state.hpp"
 
@@ -14,6 +15,7 @@ namespace
 {
 
 constexpr std::size_t kept_console = 0x10000;
+constexpr std::size_t longest_crl = 0x100000; // of a longer list only the beginning is taken
 
 } // namespace
 
@@ -24,7 +26,7 @@ void Board::State::print(const std::string &text)
         console.erase(0, console.size() - kept_console);
 }
 
-IoResult Board::read(const std::string &device, std::size_t /*count*/, int pid)
+IoResult Board::read(const std::string &device, std::size_t count, int pid, std::int64_t *position)
 {
     const std::string no_variable;
     const auto fault = state_->begin({Op::read, device, std::nullopt, {}, no_variable});
@@ -32,26 +34,33 @@ IoResult Board::read(const std::string &device, std::size_t /*count*/, int pid)
     event.faulted = fault.has_value();
     std::unique_lock lock(state_->mutex);
     IoResult result;
-    // Nobody types at the console.
-    if (const int error = fault && fault->error != 0 ? fault->error
-                          : device == console_device ? 0
-                                                     : EINVAL;
-        error != 0)
-        result = {-1, error, {}};
+    if (fault && fault->error != 0) {
+        result = {-1, fault->error, {}};
+    } else if (state_->is_crl(device)) {
+        const std::size_t most = fault && fault->cut ? std::min<std::size_t>(count, *fault->cut) : count;
+        result.data = state_->part_of_crl(position ? *position : 0, most);
+        result.result = static_cast<std::int64_t>(result.data.size());
+        if (position)
+            *position += result.result;
+    } else if (device != console_device) { // nobody types at the console
+        result = {-1, EINVAL, {}};
+    }
     event.result = result.result;
     event.error = result.error;
     state_->journal.record(std::move(event), std::move(lock));
     return result;
 }
 
-IoResult Board::write(const std::string &device, const Bytes &data, int pid)
+IoResult Board::write(const std::string &device, const Bytes &data, int pid, std::int64_t *position)
 {
     const std::string no_variable;
     const auto fault = state_->begin({Op::write, device, std::nullopt, {}, no_variable});
     Event event = start_event(Op::write, device, pid);
     event.faulted = fault.has_value();
-    const std::size_t taken =
-        std::min(data.size(), fault && fault->cut ? std::size_t{*fault->cut} : data.size());
+    const bool crl = state_->is_crl(device);
+    const std::size_t most = crl ? std::min(data.size(), longest_crl) : data.size();
+    const std::size_t taken = fault && fault->cut ? std::min<std::size_t>(most, *fault->cut) : most;
+    const auto end_of_taken = data.begin() + static_cast<std::ptrdiff_t>(taken);
     const auto command = device == watchdog_device ? decode_wdt(data) : std::nullopt;
     if (device == watchdog_device)
         event.what = command ? wdt_command_name(command->command) : "unknown";
@@ -61,8 +70,12 @@ IoResult Board::write(const std::string &device, const Bytes &data, int pid)
     std::unique_lock lock(state_->mutex);
     int error = fault ? fault->error : 0;
     if (error == 0 && device == console_device) {
-        event.value.assign(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(taken));
+        event.value.assign(data.begin(), end_of_taken);
         state_->print(event.value);
+    } else if (error == 0 && crl) {
+        error = state_->replace_crl({data.begin(), end_of_taken});
+        if (error == 0 && position)
+            *position = static_cast<std::int64_t>(taken); // the end of what is there now
     } else if (error == 0 && command) {
         // Half a command is none.
         error = taken == data.size() ? state_->wdt_command(*command) : 0;

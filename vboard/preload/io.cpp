@@ -25,17 +25,21 @@ using Read = ssize_t(int, void *, size_t);
 using ReadChk = ssize_t(int, void *, size_t, size_t);
 using Write = ssize_t(int, const void *, size_t);
 using Vector = ssize_t(int, const iovec *, int);
+using Seek = off_t(int, off_t, int);
+using Seek64 = off64_t(int, off64_t, int);
 
 Next<Ioctl> next_ioctl{"ioctl"};
 Next<Read> next_read{"read"};
 Next<ReadChk> next_read_chk{"__read_chk"};
 Next<Write> next_write{"write"};
 Next<Vector> next_readv{"readv"}, next_writev{"writev"};
+Next<Seek> next_lseek{"lseek"};
+Next<Seek64> next_lseek64{"lseek64"};
 
 // A long transfer comes back short, as it may from any device.
 ssize_t transfer(int fd, Action action, const void *buffer, size_t count)
 {
-    const auto size = static_cast<std::uint32_t>(std::min<size_t>(count, vboard::wire::max_payload));
+    const auto size = static_cast<std::uint32_t>(std::min<size_t>(count, vboard::wire::max_transfer));
     return call_device(fd, action, size, reinterpret_cast<std::uintptr_t>(buffer));
 }
 
@@ -47,6 +51,13 @@ ssize_t read_device(int fd, void *buffer, size_t count)
 ssize_t write_device(int fd, const void *data, size_t count)
 {
     return transfer(fd, Action::write, data, count);
+}
+
+// The board's positions are such that any program's offsets hold them.
+ssize_t seek_device(int fd, off64_t offset, int whence)
+{
+    return call_device(fd, Action::lseek, static_cast<std::uint32_t>(whence),
+                       static_cast<std::uint64_t>(offset));
 }
 
 int ioctl_device(int fd, unsigned long request, void *argument)
@@ -124,4 +135,14 @@ VBOARD_FRONT ssize_t writev(int fd, const iovec *pieces, int count)
         return next_writev(fd, pieces, count);
     const iovec *piece = first_piece(pieces, count);
     return piece ? write_device(fd, piece->iov_base, piece->iov_len) : 0;
+}
+
+VBOARD_FRONT off_t lseek(int fd, off_t offset, int whence) noexcept
+{
+    return is_device(fd) ? seek_device(fd, offset, whence) : next_lseek(fd, offset, whence);
+}
+
+VBOARD_FRONT off64_t lseek64(int fd, off64_t offset, int whence) noexcept
+{
+    return is_device(fd) ? seek_device(fd, offset, whence) : next_lseek64(fd, offset, whence);
 }

@@ -15,15 +15,20 @@ class Next
   public:
     explicit constexpr Next(const char *name) : name_(name) {}
 
+    Function *function()
+    {
+        Function *found = __atomic_load_n(&function_, __ATOMIC_RELAXED);
+        if (!found) {
+            found = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name_));
+            __atomic_store_n(&function_, found, __ATOMIC_RELAXED);
+        }
+        return found;
+    }
+
     template <class... Arguments>
     auto operator()(Arguments... arguments)
     {
-        Function *function = __atomic_load_n(&function_, __ATOMIC_RELAXED);
-        if (!function) {
-            function = reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name_));
-            __atomic_store_n(&function_, function, __ATOMIC_RELAXED);
-        }
-        return function(arguments...);
+        return function()(arguments...);
     }
 
   private:

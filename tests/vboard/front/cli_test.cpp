@@ -92,11 +92,11 @@ TEST(Wire, TakesOnlyWholePackets)
     EXPECT_FALSE(wire::valid(write, sizeof write + 1));
     EXPECT_FALSE(wire::valid(write, sizeof write - 1));
     for (const wire::Action action : {wire::Action::read, wire::Action::write}) {
-        EXPECT_TRUE(wire::valid({wire::magic, action, 0, wire::max_payload, 0}, sizeof write));
-        EXPECT_FALSE(wire::valid({wire::magic, action, 0, wire::max_payload + 1, 0}, sizeof write));
+        EXPECT_TRUE(wire::valid({wire::magic, action, 0, wire::max_transfer, 0}, sizeof write));
+        EXPECT_FALSE(wire::valid({wire::magic, action, 0, wire::max_transfer + 1, 0}, sizeof write));
     }
     EXPECT_FALSE(wire::valid({wire::magic + 1, wire::Action::open, 0, 0, 0}, sizeof write));
-    EXPECT_FALSE(wire::valid({wire::magic, static_cast<wire::Action>(5), 0, 0, 0}, sizeof write));
+    EXPECT_FALSE(wire::valid({wire::magic, static_cast<wire::Action>(6), 0, 0, 0}, sizeof write));
     const wire::Answer store{wire::magic, wire::Step::store, 0, 0, 0, 4};
     EXPECT_TRUE(wire::valid(store, sizeof store + 4));
     EXPECT_FALSE(wire::valid(store, sizeof store));

@@ -91,7 +91,7 @@ int main(int argc, char **argv)
 {
     using namespace client;
     for (const Scenario *list :
-         {descriptor_scenarios, request_scenarios, hostile_scenarios, library_scenarios}) {
+         {descriptor_scenarios, request_scenarios, hostile_scenarios, library_scenarios, crl_scenarios}) {
         for (; list->name; list++) {
             if (argc > 1 && std::strcmp(list->name, argv[1]) == 0) {
                 list->run(argc, argv);

@@ -26,7 +26,7 @@ struct Scenario {
     const char *name;
     void (*run)(int argc, char **argv);
 };
-extern const Scenario descriptor_scenarios[], request_scenarios[], hostile_scenarios[],
-    library_scenarios[]; // ended by a null name
+extern const Scenario descriptor_scenarios[], request_scenarios[], hostile_scenarios[], library_scenarios[],
+    crl_scenarios[]; // ended by a null name
 
 } // namespace client

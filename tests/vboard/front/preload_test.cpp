@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Programs on a board, through the preload shim: native ones, and ARM ones under the emulator where both can
 // be built.
-#include "vboard_runner.hpp"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
+#include "client_test.hpp"
 
 using namespace front;
 using testing::HasSubstr;
@@ -14,36 +9,6 @@ using testing::Not;
 
 namespace
 {
-
-class Client : public testing::TestWithParam<const char *>
-{
-  protected:
-    static std::string program()
-    {
-        return std::string(GetParam()) == "arm" ? ARM_CLIENT : client_binary();
-    }
-
-    static Outcome run(const Words &scenario, const Words &options = {})
-    {
-        if (std::string(GetParam()) == "arm") {
-            setenv("VBOARD_ARM_SHIM", ARM_SHIM, 1);
-            setenv("CLIENT_EMULATOR", "qemu-arm", 1);
-        } else {
-            unsetenv("CLIENT_EMULATOR");
-        }
-        Words words{"run", "--show-log"};
-        words.insert(words.end(), options.begin(), options.end());
-        words.insert(words.end(), {"--", program()});
-        words.insert(words.end(), scenario.begin(), scenario.end());
-        return call_vboard(words);
-    }
-
-    static void expect_done(const Outcome &outcome)
-    {
-        EXPECT_EQ(outcome.status, 0) << outcome.err.substr(0, 2000);
-        EXPECT_THAT(outcome.out, HasSubstr("done")) << outcome.err.substr(0, 2000);
-    }
-};
 
 int count(const std::string &text, const std::string &piece)
 {
@@ -55,15 +20,7 @@ int count(const std::string &text, const std::string &piece)
 
 } // namespace
 
-#ifdef ARM_CLIENT
-INSTANTIATE_TEST_SUITE_P(Programs, Client, testing::Values("native", "arm"),
-                         [](const auto &one) { return std::string(one.param); });
-#else
-#define ARM_CLIENT ""
-#define ARM_SHIM ""
-INSTANTIATE_TEST_SUITE_P(Programs, Client, testing::Values("native"),
-                         [](const auto &one) { return std::string(one.param); });
-#endif
+INSTANTIATE_TEST_SUITE_P(Programs, Client, CLIENT_KINDS, client_kind);
 
 TEST_P(Client, ReadsAnItemWithOneOpenAndOneRequest)
 {
@@ -190,6 +147,25 @@ TEST_P(Client, FindsThePlatformsLibrariesByName)
     expect_done(outcome);
     EXPECT_THAT(outcome.out, HasSubstr("status 1\n"));
     EXPECT_THAT(outcome.err, HasSubstr("get /dev/board0 0x7f000001"));
+}
+
+TEST_P(Client, FindsTheLibraryThatIsOpenedByItsPlace)
+{
+    const Outcome enabled = run({"nb-bsp"}, {"--board", "gl6264-r22"});
+    expect_done(enabled);
+    EXPECT_THAT(enabled.out, HasSubstr("secure boot 1\n"));
+    EXPECT_THAT(enabled.err, HasSubstr("get /dev/board0 0x7f000005 secure boot -> 1"));
+    EXPECT_THAT(run({"nb-bsp"}, {"--board", "kyp362r-z"}).out, HasSubstr("secure boot 0\n"));
+    EXPECT_THAT(run({"nb-bsp"}, {"--board", "qs3520-mpu"}).out, HasSubstr("secure boot 0\n"));
+}
+
+TEST_P(Client, OpensLibrariesFromALibraryWithASearchPathOfItsOwn)
+{
+    const std::string opener = arm() ? ARM_OPENER : OPENER;
+    expect_done(run({"search-path", opener}));
+    const Outcome place = run({"search-place", opener}, {"--board", "gl6264-r22"});
+    expect_done(place);
+    EXPECT_THAT(place.out, HasSubstr("place 1\n")) << "the board's own, which every program finds";
 }
 
 TEST_P(Client, MayRebootTheBoard)

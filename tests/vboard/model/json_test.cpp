@@ -79,8 +79,8 @@ TEST(FaultJson, SaysInWordsWhatIsNoFault)
     const std::pair<const char *, const char *> cases[] = {
         {"[]", "not a fault: it must be an object"},
         {R"({"colour":1})", "not a fault: unknown field \"colour\""},
-        {R"({"op":"fly"})", "not a fault: \"op\" must be open, ioctl, read or write"},
-        {R"({"op":"reset"})", "not a fault: \"op\" must be open, ioctl, read or write"},
+        {R"({"op":"fly"})", "not a fault: \"op\" must be open, ioctl, read, write or lseek"},
+        {R"({"op":"reset"})", "not a fault: \"op\" must be open, ioctl, read, write or lseek"},
         {R"({"op":1})", "not a fault: \"op\" must be a text"},
         {R"({"item":-1})", "not a fault: \"item\" is out of range"},
         {R"({"item":4294967296})", "not a fault: \"item\" is out of range"},

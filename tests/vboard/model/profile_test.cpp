@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <set>
+#include <tuple>
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
@@ -63,17 +64,19 @@ TEST(Profile, BoardsDifferAndAreCalledAsTheirFiles)
     ASSERT_GE(profiles.size(), 12u);
     std::set<std::string> descriptions;
     std::set<std::array<std::uint8_t, 6>> addresses;
-    std::set<std::map<std::string, std::map<std::uint32_t, std::uint32_t>>> items;
+    // Some differ only in what their environments say of the product.
+    std::set<std::tuple<decltype(Profile::items), decltype(Profile::boot_env), decltype(Profile::memory_env)>>
+        makes;
     const auto names = vboard::list_profiles(boards);
     for (std::size_t i = 0; i < profiles.size(); ++i) {
         EXPECT_EQ(profiles[i].name, names[i]);
         descriptions.insert(profiles[i].description);
         addresses.insert(profiles[i].address);
-        items.insert(profiles[i].items);
+        makes.insert({profiles[i].items, profiles[i].boot_env, profiles[i].memory_env});
     }
     EXPECT_EQ(descriptions.size(), profiles.size());
     EXPECT_EQ(addresses.size(), profiles.size());
-    EXPECT_EQ(items.size(), profiles.size());
+    EXPECT_EQ(makes.size(), profiles.size());
 }
 
 TEST(Profile, BoardsCoverTheFamiliesThatTheLibraryTellsApart)
@@ -185,6 +188,18 @@ TEST(Profile, ErrorsNameFileLineAndWhatIsWrong)
         {"mcu-die-id = \"0\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
         {"mcu-die-id = \"0x\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
         {"mcu-die-id = \"" + std::string(66, '0') + "\"", "b.toml:1: \"mcu-die-id\" must be 1 to 32 bytes"},
+        {"crl-module = 1", "b.toml:1: \"crl-module\" must be true or false"},
+        {"tpm2 = \"yes\"", "b.toml:1: \"tpm2\" must be true or false"},
+        {"cgroup = []", "b.toml:1: \"cgroup\" must be true or false"},
+        {"boot-files = \"Image\"", "b.toml:1: \"boot-files\" must be a list of file names"},
+        {"boot-files = [1]", "b.toml:1: \"boot-files\" must be a text"},
+        {"boot-files = [\"\"]", "b.toml:1: \"\" cannot be the name of a file in \"/boot\""},
+        {"boot-files = [\n\"..\"]", "b.toml:2: \"..\" cannot be the name of a file"},
+        {"boot-files = [\"a/b\"]", "b.toml:1: \"a/b\" cannot be the name of a file"},
+        {"boot-files = [\"a\\u0000\"]", "cannot be the name of a file"},
+        {"boot-files = [\"" + long_text + "\"]", "cannot be the name of a file"},
+        {"boot-files = [\"a\", \"b\", \"a\"]", "b.toml:1: \"boot-files\" names \"a\" twice"},
+        {"[items.\"/dev/board0\"]\n\"tpm active\" = true", "b.toml:2: \"tpm active\" must be a whole number"},
         {"reset = 1", "b.toml:1: \"reset\" must be a table"},
         {"[reset]", "b.toml:1: \"reset\" needs a \"reason\""},
         {"[reset]\ndate = 2026-11-21T08:30:00", "b.toml:1: \"reset\" needs a \"reason\""},
