@@ -16,7 +16,7 @@ namespace
 
 namespace fs = std::filesystem;
 
-LinkState look(const std::string &path)
+LinkState look(const fs::path &path)
 {
     struct stat status = {};
     std::error_code error;
@@ -51,7 +51,7 @@ LinkStates look_at_links(const std::string &root)
 {
     LinkStates states;
     for (const std::string &path : link_destinations())
-        states[path] = look(root + '/' + path);
+        states[path] = look(fs::path(root) / path);
     return states;
 }
 

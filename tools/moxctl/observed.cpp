@@ -126,6 +126,7 @@ void iof_startupstep_trace(std::uint32_t code, std::uint32_t level, const char *
         errno = error;
         va_list args;
         va_start(args, format);
+        // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, by va_start
         (void)std::vsnprintf(text, sizeof text, format, args);
         va_end(args);
         hear_trace(level, text);

@@ -17,7 +17,7 @@ namespace
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-constexpr std::size_t largest = 16 * 1024 * 1024;
+constexpr std::size_t largest = 16UL * 1024 * 1024;
 
 // Where something is wrong, for the message.
 struct Place {
