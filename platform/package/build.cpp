@@ -20,7 +20,7 @@ namespace package
 namespace
 {
 
-constexpr std::size_t block_size = 64 * 1024;
+constexpr std::size_t block_size = 65536;
 
 using Sink = std::function<void(const char *data, std::size_t size)>;
 

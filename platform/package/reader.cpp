@@ -15,7 +15,7 @@ namespace package
 namespace
 {
 
-constexpr std::size_t block_size = 64 * 1024;
+constexpr std::size_t block_size = 65536;
 
 archive *new_archive()
 {
@@ -35,8 +35,13 @@ archive *new_archive()
 
 Reader::Reader(const std::string &package) : package_(package), archive_(new_archive())
 {
-    if (archive_read_open_filename(archive_.get(), package.c_str(), block_size) != ARCHIVE_OK)
-        fail(std::string("it cannot be opened: ") + std::strerror(archive_errno(archive_.get())));
+    if (archive_read_open_filename(archive_.get(), package.c_str(), block_size) != ARCHIVE_OK) {
+        // What the system says is clearer, where it was asked.
+        const int error = archive_errno(archive_.get());
+        if (error <= 0)
+            fail_reading();
+        fail(std::string("it cannot be opened: ") + std::strerror(error));
+    }
     const std::string text = preface(manifest_name);
     if (preface(manifest_digest_name) != digest_line(text))
         fail("the manifest is not the one that its digest was made of");

@@ -79,15 +79,14 @@ void unpack(const std::string &package, std::uint32_t mode, const Placement &pla
     for (const File &file : reader.manifest().files)
         if (std::string path = placement(file); !path.empty())
             wanted.emplace(file.name, std::move(path));
-    while (!wanted.empty()) {
-        const File *const file = reader.next();
-        if (file == nullptr)
-            reader.check_complete();
+    while (const File *const file = wanted.empty() ? nullptr : reader.next()) {
         if (const auto found = wanted.find(file->name); found != wanted.end()) {
             write_file(reader, *file, found->second, mode, progress);
             wanted.erase(found);
         }
     }
+    if (!wanted.empty())
+        reader.check_complete();
 }
 
 void extract(const std::string &package, const std::string &destination, std::uint32_t file_id,

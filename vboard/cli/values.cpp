@@ -16,6 +16,8 @@ namespace
 
 using nlohmann::json;
 
+constexpr const char *list_device = "/dev/module_crl"; // the one whose contents have a size
+
 struct ItemOptions {
     std::string state, device, code, value;
     bool remove = false;
@@ -57,6 +59,8 @@ void add_setenv_options(CLI::App &app, VariableOptions &options)
 
 int get(const ItemOptions &options, const Call &)
 {
+    if (options.code.empty() && options.device != list_device)
+        throw UsageError("an item code is missing");
     json request{{"do", "get"}, {"device", options.device}, {"code", nullptr}};
     if (!options.code.empty())
         request["code"] = number(options.code, "item code");
