@@ -25,12 +25,12 @@ TEST_F(LinkStepsTest, ARelativeDirectoryGoesBehindTheRoot)
         return std::string(path.data());
     };
     EXPECT_EQ(during([&] {
-                  EXPECT_EQ(format("/root", "../dir", "file"), "/root/../dir/file");
-                  EXPECT_EQ(format("/root", "", "file"), "/root//file");
+                  EXPECT_EQ(format("/install", "../dir", "file"), "/install/../dir/file");
+                  EXPECT_EQ(format("/install", "", "file"), "/install//file");
                   EXPECT_EQ(format("", "dir", ""), "/dir/");
-                  EXPECT_EQ(format("/root/", "dir/", "file"), "/root//dir//file");
-                  EXPECT_EQ(format("/root", "/dir", "file"), "/dir/file");
-                  EXPECT_EQ(format("/root", "/", "file"), "//file");
+                  EXPECT_EQ(format("/install/", "dir/", "file"), "/install//dir//file");
+                  EXPECT_EQ(format("/install", "/dir", "file"), "/dir/file");
+                  EXPECT_EQ(format("/install", "/", "file"), "//file");
                   EXPECT_EQ(format("%s", "%d", "%n"), "%s/%d/%n");
               }),
               nothing());
