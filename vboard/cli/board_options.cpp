@@ -6,13 +6,12 @@
 #include "cli/numbers.hpp"
 #include "cli/places.hpp"
 #include "cli/verbs.hpp"
+#include "daemon/own_profile.hpp"
 #include "launcher/tree.hpp"
 #include "model/items.hpp"
 #include "model/profile.hpp"
 
 #include <array>
-#include <fstream>
-#include <sstream>
 
 namespace vboard::cli
 {
@@ -23,31 +22,6 @@ namespace
 {
 
 constexpr const char *default_board = "qs3520-mpu";
-
-std::string content(const fs::path &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (!file)
-        throw std::runtime_error("cannot read " + path.string());
-    return text.str();
-}
-
-// Puts the profile into the state directory, which stays with the board that it was made for.
-void settle_profile(const State &state, const std::string &board)
-{
-    const bool existing = fs::exists(state.profile());
-    if (existing && board.empty())
-        return;
-    const std::string text =
-        content(find_profile(board.empty() ? default_board : board, std::array{boards_directory()}));
-    if (!existing)
-        replace_file(state.profile(), text);
-    else if (content(state.profile()) != text)
-        throw std::runtime_error(state.directory().string() + " belongs to another board than " + board +
-                                 "; give another --state, or none of --board");
-}
 
 // What is wrong with the command line is found before the directory is touched.
 BoardPlan plan_of(const BoardOptions &options)
@@ -83,11 +57,17 @@ void add_board_options(CLI::App &app, BoardOptions &options)
         ->take_all();
 }
 
+fs::path profile_file(const fs::path &state, const std::string &board)
+{
+    if (board.empty() && fs::exists(state / "profile.toml"))
+        return {};
+    return find_profile(board.empty() ? default_board : board, std::array{boards_directory()});
+}
+
 Prepared::Prepared(const BoardOptions &options, const fs::path &directory)
     : plan_(plan_of(options)), state_(directory)
 {
-    settle_profile(state_, options.board);
-    plan_.profile = load_profile(state_.profile());
+    plan_.profile = settle_profile(state_, profile_file(state_.directory(), options.board));
     if (!options.hard_type.empty())
         state_.keep_item("/dev/board0", item_code::hard_type, number(options.hard_type, "hard type"));
     plan_.environment = service_environment(state_.directory());

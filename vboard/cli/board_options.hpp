@@ -18,6 +18,10 @@ struct BoardOptions {
 };
 void add_board_options(CLI::App &app, BoardOptions &options);
 
+// The profile of the board that is asked for by name or file; empty: the state directory has one. Throws
+// ProfileError when there is no such board.
+std::filesystem::path profile_file(const std::filesystem::path &state, const std::string &board);
+
 // A board's directory that is ready to start, and locked.
 class Prepared
 {

@@ -106,6 +106,14 @@ fs::path reboot_program()
     return program;
 }
 
+fs::path devices_program()
+{
+    fs::path program = beside({"vboard-devices"});
+    if (program.empty())
+        throw std::runtime_error("vboard-devices is missing: it lies beside " + own_binary().string());
+    return program;
+}
+
 std::string arm_library_path()
 {
     fs::path sysroot = environment("VBOARD_ARM_SYSROOT");

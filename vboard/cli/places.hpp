@@ -27,6 +27,9 @@ constexpr const char *shim_name = "libvboard-preload.so";
 // What stands at "/sbin/reboot" on a board. Throws when it is missing.
 std::filesystem::path reboot_program();
 
+// What serves the devices of "vboard up --cuse". Throws when it is missing.
+std::filesystem::path devices_program();
+
 // Library folders of the unpacked ARM packages, joined by colons; empty when there are none.
 // $VBOARD_ARM_SYSROOT names the sysroot explicitly.
 std::string arm_library_path();

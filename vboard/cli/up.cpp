@@ -2,17 +2,15 @@
 // vboard up, exec, down, status: a board that stays.
 #include "cli/board_options.hpp"
 #include "cli/command.hpp"
+#include "cli/devices.hpp"
 #include "cli/places.hpp"
 #include "cli/verbs.hpp"
+#include "daemon/background.hpp"
 #include "daemon/control.hpp"
 #include "launcher/namespace.hpp"
 #include "launcher/program.hpp"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace vboard::cli
@@ -39,65 +37,31 @@ void add_status_options(CLI::App &app, StateOptions &options)
     app.add_flag("--json", options.json, "as JSON");
 }
 
-void add_up_options(CLI::App &app, BoardOptions &options)
+struct UpOptions {
+    BoardOptions board;
+    bool cuse = false;
+};
+
+void add_up_options(CLI::App &app, UpOptions &options)
 {
-    add_board_options(app, options);
-    add_state_option(app, options.state);
+    add_board_options(app, options.board);
+    add_state_option(app, options.board.state);
+    app.add_flag(
+        "--cuse", options.cuse,
+        "make the board's devices character devices of this machine (takes a kernel with CUSE, and root)");
 }
 
-void redirect(int target, const fs::path &path, int flags)
+int up(const UpOptions &options, const Call &)
 {
-    const int fd = open(path.c_str(), flags | O_CLOEXEC, 0644);
-    if (fd >= 0) {
-        dup2(fd, target);
-        close(fd);
-    }
-}
-
-// The board's process, with nothing left of the terminal. What it has to say before it is ready goes down the
-// pipe: nothing for "ready", words otherwise.
-int stay(Prepared &prepared, int report)
-{
-    setsid();
-    const fs::path log = prepared.state().directory() / "daemon.log";
-    redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
-    redirect(STDOUT_FILENO, log, O_WRONLY | O_CREAT | O_APPEND);
-    redirect(STDERR_FILENO, log, O_WRONLY | O_CREAT | O_APPEND);
-    try {
-        return run_until_down(enter_own_namespace(), prepared.state(), prepared.plan(), [report] {
-            [[maybe_unused]] const int left = chdir("/"); // the directory of the caller is not held on to
-            [[maybe_unused]] const ssize_t told = write(report, "", 1);
-            close(report);
-        });
-    } catch (const std::exception &error) {
-        [[maybe_unused]] const ssize_t told = write(report, error.what(), std::strlen(error.what()));
-        std::fprintf(stderr, "vboard: %s\n", error.what());
-    }
-    return failed;
-}
-
-int up(const BoardOptions &options, const Call &)
-{
-    Prepared prepared(options, options.state.empty() ? default_state() : fs::path(options.state));
+    const fs::path state = options.board.state.empty() ? default_state() : fs::path(options.board.state);
+    if (options.cuse)
+        return up_as_devices(options.board, state);
+    Prepared prepared(options.board, state);
     prepared.keep_reachable(fs::current_path()); // "vboard exec" comes from there, as a rule
-    int pipe[2];
-    if (pipe2(pipe, O_CLOEXEC) != 0)
-        throw std::runtime_error("cannot make a pipe");
-    const pid_t child = fork();
-    if (child < 0)
-        throw std::runtime_error("cannot start a process for the board");
-    if (child == 0)
-        _exit(stay(prepared, pipe[1]));
-    close(pipe[1]);
-    char words[1024] = {};
-    ssize_t length;
-    do
-        length = read(pipe[0], words, sizeof words - 1);
-    while (length < 0 && errno == EINTR);
-    close(pipe[0]);
-    if (length == 1 && words[0] == '\0')
-        return done;
-    throw std::runtime_error(length > 0 ? words : "the board's process ended before it was ready");
+    stay_in_background(prepared.state().directory() / "daemon.log", [&](const std::function<void()> &ready) {
+        return run_until_down(enter_own_namespace(), prepared.state(), prepared.plan(), ready);
+    });
+    return done;
 }
 
 int down(const StateOptions &options, const Call &)
@@ -143,6 +107,9 @@ int execute(const StateOptions &options, const Call &call)
         const fs::path state = state_directory(options.state);
         const fs::path directory = fs::current_path();
         const std::vector<std::string> command = runnable(call.command);
+        if (ask_board(state, {{"do", "status"}}).at("front") == "cuse")
+            throw std::runtime_error("the board's devices are this machine's own: start " + command.front() +
+                                     " like any other program");
         join_namespaces(board_process(state));
         if (chdir(directory.c_str()) != 0)
             throw std::runtime_error("the working directory " + directory.string() +
@@ -160,7 +127,7 @@ int execute(const StateOptions &options, const Call &call)
 
 void add_up_and_down(CLI::App &app, Call &call)
 {
-    add_verb<BoardOptions>(app, call, "up", "Start a board that stays", add_up_options, up);
+    add_verb<UpOptions>(app, call, "up", "Start a board that stays", add_up_options, up);
     add_verb<StateOptions>(app, call, "exec", "Run a command on the board that is up: vboard exec -- COMMAND",
                            add_state_options, execute, true);
     add_verb<StateOptions>(app, call, "down", "Switch the board off", add_state_options, down);

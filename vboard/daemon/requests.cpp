@@ -2,6 +2,7 @@
 #include "daemon/requests.hpp"
 
 #include "model/faults.hpp"
+#include "model/journal.hpp"
 #include "model/request_kind.hpp"
 
 #include <algorithm>
@@ -49,7 +50,9 @@ json status(const RequestContext &context, const json &)
             {"description", profile.description},
             {"pid", getpid()},
             {"state", context.state.directory()},
+            {"front", context.front},
             {"devices", context.devices},
+            {"open_files", context.board.open_files()},
             {"crl_bytes", profile.crl_module ? json(context.board.crl().size()) : json(nullptr)},
             {"events", context.board.journal().size()},
             {"faults", context.board.faults().size()},
@@ -84,6 +87,8 @@ json set_item(const RequestContext &context, const json &request)
         context.board.set_item(device, code, *value);
     else
         context.board.remove_item(device, code);
+    if (context.changed)
+        context.changed();
     return json::object();
 }
 
@@ -106,6 +111,18 @@ json set_variable(const RequestContext &context, const json &request)
         value = text(request, "value");
     context.board.set_boot_env(name, value);
     return json::object();
+}
+
+// A part of the journal, as much as one answer holds: "after" is the number of the last event that is known.
+json journal(const RequestContext &context, const json &request)
+{
+    constexpr std::size_t most = 1000;
+    const auto after = request.at("after").get<std::uint64_t>();
+    json events = json::array();
+    for (const Event &event : context.board.journal())
+        if (event.number > after && events.size() < most)
+            events.push_back(to_json(event));
+    return {{"events", events}};
 }
 
 json add_fault(const RequestContext &context, const json &request)
@@ -155,7 +172,7 @@ struct Row {
     json (*function)(const RequestContext &, const json &);
     bool resets = false; // the others wait for a reset that goes on
 };
-constexpr std::array<Row, 12> rows{{{"status", status},
+constexpr std::array<Row, 13> rows{{{"status", status},
                                     {"ready", ready},
                                     {"reset", reset, true},
                                     {"power-cut", power_cut, true},
@@ -163,6 +180,7 @@ constexpr std::array<Row, 12> rows{{{"status", status},
                                     {"set", set_item},
                                     {"getenv", get_variable},
                                     {"setenv", set_variable},
+                                    {"journal", journal},
                                     {"fault-add", add_fault},
                                     {"fault-list", list_faults},
                                     {"fault-clear", clear_faults},

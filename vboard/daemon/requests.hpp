@@ -22,6 +22,10 @@ struct RequestContext {
     Resets &resets;
     std::function<Reset()> reboot_kind; // what the board's own reboot command leads to now
     std::shared_mutex &gate;            // held alone while the board is reset
+    // "tree": programs are started in the board's file tree; "cuse": the devices are the machine's own, and
+    // so are the programs.
+    std::string front;
+    std::function<void()> changed; // told when a request has changed what the driver holds; may be empty
 };
 
 // Throws std::exception, in words, for a request that cannot be fulfilled.

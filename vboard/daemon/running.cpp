@@ -56,7 +56,9 @@ Running::Running(const OwnNamespace &proof, State &state, const BoardPlan &plan)
                                  [this] { eventfd_write(stop_.get(), 1); },
                                  resets_,
                                  [this] { return reboot_kind(); },
-                                 gate_};
+                                 gate_,
+                                 "tree",
+                                 {}};
     control_.emplace(control_path(state.directory()),
                      [context](const nlohmann::json &request) { return fulfil(context, request); });
     // Last: until here a signal just ends the process.

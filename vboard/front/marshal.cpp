@@ -15,12 +15,6 @@ namespace
 
 constexpr std::uint32_t longest_buffer = 64 * 1024;
 
-// A buffer in the caller's memory.
-struct Place {
-    std::uint64_t address = 0;
-    std::uint32_t size = 0;
-};
-
 // Copies of the caller's memory; the first error sticks, and nothing is done after it.
 class Copier
 {
@@ -45,13 +39,13 @@ class Copier
         return value;
     }
 
-    Place place(std::uint64_t address, std::uint32_t size)
+    Piece place(std::uint64_t address, std::uint32_t size)
     {
         if (size > longest_buffer)
             fail(EINVAL);
         return {address, size};
     }
-    Place place(const AddrDes &descriptor, std::uint32_t size)
+    Piece place(const AddrDes &descriptor, std::uint32_t size)
     {
         return place(address(descriptor), size);
     }
@@ -61,7 +55,7 @@ class Copier
         if (error_ == 0 && size != 0)
             fail(address == 0 ? EFAULT : memory_.fetch(address, into, size));
     }
-    Bytes fetch(const Place &from)
+    Bytes fetch(const Piece &from)
     {
         Bytes bytes(error_ == 0 ? from.size : 0);
         fetch(from.address, bytes.data(), bytes.size());
@@ -73,7 +67,7 @@ class Copier
         if (error_ == 0 && size != 0)
             fail(address == 0 ? EFAULT : memory_.store(address, from, size));
     }
-    void store(const Place &to, const Bytes &bytes)
+    void store(const Piece &to, const Bytes &bytes)
     {
         store(to.address, bytes.data(), std::min<std::size_t>(to.size, bytes.size()));
     }
@@ -102,13 +96,39 @@ IoctlReply ask(Board &board, IoctlCall &call, int error)
     return board.ioctl(call);
 }
 
+// The place of the status word. Nobody has to want it: then there is none.
+Piece status_of(Copier &copier, const AddrDes &status)
+{
+    return {status.count == 0 ? 0 : copier.address(status), sizeof(std::uint32_t)};
+}
+
+// What one of the two kinds of argument says, as far as it is in order.
+struct ItemPlaces {
+    Piece in, out;
+};
+ItemPlaces places_of(Copier &copier, const DrvbootIoctlBlock &block)
+{
+    return {copier.place(block.in, block.in_length), copier.place(block.out, block.out_length)};
+}
+struct EnvironmentPlaces {
+    Piece name, value;
+};
+EnvironmentPlaces places_of(Copier &copier, const DrvbootEnvBlock &block)
+{
+    return {copier.place(block.name, block.name_size), copier.place(block.value, block.value_size)};
+}
+
+Piece value_size_of(std::uint64_t argument)
+{
+    return {argument + offsetof(DrvbootEnvBlock, value_size), sizeof(std::uint32_t)};
+}
+
 IoctlResult run_item(Board &board, IoctlCall &call, std::uint64_t argument, Memory &memory)
 {
     Copier copier(memory);
     DrvbootIoctlBlock block = {};
     copier.fetch(argument, &block, sizeof block);
-    const Place in = copier.place(block.in, block.in_length);
-    const Place out = copier.place(block.out, block.out_length);
+    const auto [in, out] = places_of(copier, block);
     call.in = copier.fetch(in);
     call.out_size = out.size;
 
@@ -116,10 +136,9 @@ IoctlResult run_item(Board &board, IoctlCall &call, std::uint64_t argument, Memo
     if (copier.error() != 0)
         return {reply.result, reply.error};
     copier.store(out, reply.out);
-    // Nobody has to want the status word.
-    if (reply.status && block.status.count != 0)
-        if (const std::uint64_t status = copier.address(block.status); status != 0)
-            copier.store(status, &*reply.status, sizeof *reply.status);
+    if (reply.status)
+        if (const Piece status = status_of(copier, block.status); status.address != 0)
+            copier.store(status.address, &*reply.status, sizeof *reply.status);
     return finish(reply, copier.error());
 }
 
@@ -128,8 +147,7 @@ IoctlResult run_environment(Board &board, IoctlCall &call, std::uint64_t argumen
     Copier copier(memory);
     DrvbootEnvBlock block = {};
     copier.fetch(argument, &block, sizeof block);
-    const Place name = copier.place(block.name, block.name_size);
-    const Place value = copier.place(block.value, block.value_size);
+    const auto [name, value] = places_of(copier, block);
     if (call.request != DRVBOOT_ENV_SAVE)
         call.name = copier.fetch(name);
     if (call.request == DRVBOOT_ENV_WRITE)
@@ -143,12 +161,73 @@ IoctlResult run_environment(Board &board, IoctlCall &call, std::uint64_t argumen
     if (reply.value)
         copier.store(value, *reply.value);
     if (reply.value_size)
-        copier.store(argument + offsetof(DrvbootEnvBlock, value_size), &*reply.value_size,
-                     sizeof *reply.value_size);
+        copier.store(value_size_of(argument).address, &*reply.value_size, sizeof *reply.value_size);
     return finish(reply, copier.error());
 }
 
+// What has no address or no size is not there to be named.
+void name(std::vector<Piece> &pieces, const Piece &piece)
+{
+    if (piece.address != 0 && piece.size != 0)
+        pieces.push_back(piece);
+}
+
+Pieces item_pieces(std::uint64_t argument, Memory &memory)
+{
+    Copier copier(memory);
+    DrvbootIoctlBlock block = {};
+    Pieces pieces;
+    name(pieces.read, {argument, sizeof block});
+    copier.fetch(argument, &block, sizeof block);
+    const auto [in, out] = places_of(copier, block);
+    if (copier.error() != 0)
+        return pieces;
+    name(pieces.read, in);
+    Copier after(memory); // what is wrong with this place shows only when the request has been answered
+    const Piece status = status_of(after, block.status);
+    name(pieces.read, status);
+    name(pieces.written, status);
+    name(pieces.written, out);
+    return pieces;
+}
+
+Pieces environment_pieces(std::uint32_t request, std::uint64_t argument, Memory &memory)
+{
+    Copier copier(memory);
+    DrvbootEnvBlock block = {};
+    Pieces pieces;
+    name(pieces.read, {argument, sizeof block});
+    copier.fetch(argument, &block, sizeof block);
+    const auto [variable, value] = places_of(copier, block);
+    if (copier.error() != 0)
+        return pieces;
+    if (request != DRVBOOT_ENV_SAVE)
+        name(pieces.read, variable);
+    if (request == DRVBOOT_ENV_WRITE)
+        name(pieces.read, value);
+    if (request == DRVBOOT_ENV_READ) {
+        name(pieces.read, value_size_of(argument));
+        name(pieces.written, value_size_of(argument));
+        name(pieces.written, value);
+    }
+    return pieces;
+}
+
 } // namespace
+
+Pieces pieces_of(const std::string &device, std::uint32_t request, std::uint64_t argument, Memory &memory)
+{
+    switch (request_kind(device, request)) {
+    case RequestKind::items:
+    case RequestKind::self_reset:
+        return item_pieces(argument, memory);
+    case RequestKind::environment:
+        return environment_pieces(request, argument, memory);
+    case RequestKind::unknown:
+        break;
+    }
+    return {};
+}
 
 IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t request, std::uint64_t argument,
                       int pid, Memory &memory)

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace vboard
 {
@@ -26,6 +27,21 @@ struct IoctlResult {
     int result = 0;
     int error = 0; // errno with a result of -1
 };
+
+// A buffer in the caller's memory.
+struct Piece {
+    std::uint64_t address = 0;
+    std::uint32_t size = 0;
+    bool operator==(const Piece &) const = default;
+};
+
+// What an ioctl reads of the caller's memory, and what it may write there, for a front end that has to name
+// both before it may touch them. All but the last of what may be written is a word that is read as well: it
+// can be put back as it was. Of a request that is not in order only what it takes to say so is named.
+struct Pieces {
+    std::vector<Piece> read, written;
+};
+Pieces pieces_of(const std::string &device, std::uint32_t request, std::uint64_t argument, Memory &memory);
 
 IoctlResult run_ioctl(Board &board, const std::string &device, std::uint32_t request, std::uint64_t argument,
                       int pid, Memory &memory);

@@ -147,6 +147,13 @@ struct Watchdog {
     std::uint32_t counter = 0;   // periods since the last feed
 };
 
+// What the driver keeps over a reset: a board whose process ends with the machine writes it down. An empty
+// notice says that none was given since the last reset; otherwise it is a record like the reset reason's.
+struct DriverState {
+    std::map<std::string, std::map<std::uint32_t, Bytes>> items; // device path -> item code -> bytes
+    Bytes notice;
+};
+
 // ---- the board -------------------------------------------------------------------------------------------
 
 // All functions may be called from any thread.
@@ -197,6 +204,9 @@ class Board
     // the vboard command.
     Bytes reset_record(std::uint32_t item) const; // DRVBOOT_ITEM_RESET_..._RECORD
     void set_reset_record(std::uint32_t item, Bytes record);
+
+    DriverState driver_state() const;
+    void set_driver_state(const DriverState &kept);
 
     // From a program, through a front end.
     bool serves(const std::string &device) const;            // a path of this board's driver

@@ -103,6 +103,25 @@ void Board::reset(Reset kind)
     state_->journal.record(std::move(event), std::move(lock));
 }
 
+DriverState Board::driver_state() const
+{
+    const std::lock_guard lock(state_->mutex);
+    DriverState kept{state_->items, {}};
+    if (state_->notice)
+        kept.notice = reason_record(state_->notice->reason, state_->notice->date);
+    return kept;
+}
+
+void Board::set_driver_state(const DriverState &kept)
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->items = kept.items;
+    state_->notice = notice_in(kept.notice);
+    // A watchdog that was on is on; whoever feeds it starts anew.
+    if (state_->items[std::string(board_device)].contains(item_code::watchdog_enable))
+        state_->item_was_set(std::string(board_device), item_code::watchdog_enable);
+}
+
 Reset Board::reboot_kind() const
 {
     const auto supported = item(std::string(board_device), item_code::soft_reset_supported);

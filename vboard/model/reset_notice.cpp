@@ -27,6 +27,23 @@ std::optional<ResetNotice> decode_notice(const Bytes &in)
     return notice;
 }
 
+std::optional<ResetNotice> notice_in(const Bytes &record)
+{
+    MoxResetReason kept = {};
+    if (record.size() != sizeof kept)
+        return std::nullopt;
+    std::memcpy(&kept, record.data(), sizeof kept);
+    ResetNotice notice;
+    notice.reason = kept.code;
+    notice.date.year = kept.year;
+    notice.date.month = kept.month;
+    notice.date.day = kept.day;
+    notice.date.hour = kept.hour;
+    notice.date.minute = kept.minute;
+    notice.date.second = kept.second;
+    return notice;
+}
+
 std::string date_text(const MoxResetDate &date)
 {
     char text[48];

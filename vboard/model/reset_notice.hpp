@@ -17,6 +17,9 @@ struct ResetNotice {
 // nullopt when the request is malformed: a driver that took half a notice would later tell a wrong story.
 std::optional<ResetNotice> decode_notice(const Bytes &in);
 
+// The same from a record of its own; nullopt when it is none.
+std::optional<ResetNotice> notice_in(const Bytes &record);
+
 // "2026/11/21 08:30:00". The date is the caller's and may be none of the calendar's.
 std::string date_text(const MoxResetDate &date);
 
