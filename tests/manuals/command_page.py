@@ -29,7 +29,7 @@ def options(text):
         if re.match(r'Examples:|Exit status:', line):
             break
         if match := re.match(r'  (-\S+)', line):
-            names.update(re.findall(r'--[a-z][a-z-]*', match[1]))
+            names.update(re.findall(r'--[a-z][a-z0-9-]*', match[1]))
     return names - {'--help'}
 
 
@@ -56,7 +56,7 @@ def told_by_page(program, page):
                 sys.exit(f'"{verb}" stands twice in the page')
             found[verb] = set()
         if verb is not None:
-            found[verb].update(re.findall(r'(?<![\w-])--[a-z][a-z-]*', line))
+            found[verb].update(re.findall(r'(?<![\w-])--[a-z][a-z0-9-]*', line))
     found[''] -= {'--help'}
     return found
 
