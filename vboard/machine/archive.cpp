@@ -75,6 +75,7 @@ void Archive::write(const fs::path &path) const
         archive_entry_set_perm(entry.get(), static_cast<unsigned short>(content.mode));
         archive_entry_set_nlink(entry.get(), 1);
         archive_entry_set_mtime(entry.get(), 0, 0);
+        archive_entry_set_size(entry.get(), 0);
         if (content.kind == Entry::directory) {
             archive_entry_set_filetype(entry.get(), AE_IFDIR);
         } else if (content.kind == Entry::link) {

@@ -90,6 +90,7 @@ void add_modules(Archive &archive, const Kernel &kernel, const fs::path &work,
 
 void add_files(Archive &archive, const Kernel &kernel)
 {
+    archive.directory("."); // the root directory itself
     for (const char *directory : directories)
         archive.directory(directory, std::string(directory) == "tmp" ? 01777 : 0755);
     archive.file("bin/busybox", kernel.busybox(), 0755);

@@ -43,7 +43,7 @@ Share::Share(fs::path directory) : directory_(std::move(directory))
 void Share::place(const std::string &script) const
 {
     for (const char *name : {"starts", "causes", "boots", "stdout", "stderr", "status", "status.new"})
-        fs::remove(directory_ / name);
+        forget(name);
     std::ofstream job(directory_ / "job", std::ios::trunc);
     job << script << "\n";
     if (!job.flush())
@@ -62,6 +62,11 @@ void Share::put(const fs::path &file) const
 bool Share::has(const std::string &name) const
 {
     return fs::exists(directory_ / name);
+}
+
+void Share::forget(const std::string &name) const
+{
+    fs::remove_all(directory_ / name);
 }
 
 std::string Share::text(const std::string &name) const

@@ -39,6 +39,7 @@ class Share
     // Copies a file there, programs without their debug information.
     void put(const std::filesystem::path &file) const;
     bool has(const std::string &name) const;
+    void forget(const std::string &name) const;
     std::string text(const std::string &name) const; // empty when there is none
     // What the machine left there; `how` is "lost" when it has not come to an end.
     Outcome outcome() const;

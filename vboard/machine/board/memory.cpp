@@ -3,11 +3,11 @@
 // leaves it as it is, a power cut does not: so the next start can tell what took the machine down, and finds
 // what a soft reset has to leave behind.
 //
-//   board-memory cause          prints what took the machine down: "power-cut", "watchdog", "cold" or "soft"
-//   board-memory up             notes that the machine runs; from here on, going down without a word is the
-//   watchdog board-memory note KIND      notes that the machine goes down in order: "cold" or "soft"
-//   board-memory keep           the content of standard input, to be there after a soft reset
-//   board-memory give           prints what was kept
+//   cause      prints what took the machine down: power-cut, watchdog, bitten, cold or soft
+//   up         the machine runs; when it goes down without a word it was the watchdog
+//   note KIND  it goes down: cold or soft, or bitten by the driver's own watchdog
+//   keep       takes standard input, to be there after a soft reset
+//   give       prints what was kept
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -30,12 +30,22 @@ struct Head {
 constexpr std::uint32_t magic = 0x4d4f5852;
 constexpr std::size_t room = size - sizeof(Head);
 
-enum State : std::uint32_t { running = 1, cold = 2, soft = 3 };
+enum State : std::uint32_t { running = 1, cold = 2, soft = 3, bitten = 4 };
+constexpr struct {
+    const char *name;
+    State state;
+} ends[] = {{"cold", cold}, {"soft", soft}, {"bitten", bitten}};
 
 int fail(const char *what)
 {
     std::fprintf(stderr, "board-memory: %s: %s\n", what, std::strerror(errno));
     return 1;
+}
+
+int usage()
+{
+    std::fprintf(stderr, "usage: board-memory cause|up|note cold|note soft|note bitten|keep|give\n");
+    return 2;
 }
 
 std::uint32_t sum_of(const std::uint8_t *data, std::uint32_t length)
@@ -50,14 +60,10 @@ const char *cause_of(const Head &head)
 {
     if (head.magic != magic)
         return "power-cut";
-    switch (head.state) {
-    case cold:
-        return "cold";
-    case soft:
-        return "soft";
-    default:
-        return "watchdog";
-    }
+    for (const auto &end : ends)
+        if (head.state == end.state)
+            return end.name;
+    return "watchdog"; // went down without a word
 }
 
 int keep(Head &head, std::uint8_t *data)
@@ -93,20 +99,27 @@ int note(Head &head, State state)
     return 0;
 }
 
+int note_end(Head &head, std::string_view kind)
+{
+    for (const auto &end : ends)
+        if (kind == end.name)
+            return note(head, end.state);
+    return usage();
+}
+
 int run(Head &head, std::uint8_t *data, std::string_view verb, std::string_view kind)
 {
     if (verb == "cause")
         return std::puts(cause_of(head)) < 0;
     if (verb == "up")
         return note(head, running);
-    if (verb == "note" && (kind == "cold" || kind == "soft"))
-        return note(head, kind == "cold" ? cold : soft);
+    if (verb == "note")
+        return note_end(head, kind);
     if (verb == "keep")
         return keep(head, data);
     if (verb == "give")
         return give(head, data);
-    std::fprintf(stderr, "usage: board-memory cause|up|note cold|note soft|keep|give\n");
-    return 2;
+    return usage();
 }
 
 } // namespace
