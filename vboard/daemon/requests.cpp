@@ -113,16 +113,18 @@ json set_variable(const RequestContext &context, const json &request)
     return json::object();
 }
 
-// A part of the journal, as much as one answer holds: "after" is the number of the last event that is known.
+// A part of the journal, as much as one answer holds: "after" is the number of the last event that is known,
+// "last" that of the last one that there is.
 json journal(const RequestContext &context, const json &request)
 {
     constexpr std::size_t most = 1000;
     const auto after = request.at("after").get<std::uint64_t>();
     json events = json::array();
-    for (const Event &event : context.board.journal())
+    const std::vector<Event> all = context.board.journal();
+    for (const Event &event : all)
         if (event.number > after && events.size() < most)
             events.push_back(to_json(event));
-    return {{"events", events}};
+    return {{"events", events}, {"last", all.empty() ? 0 : all.back().number}};
 }
 
 json add_fault(const RequestContext &context, const json &request)

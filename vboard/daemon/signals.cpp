@@ -49,7 +49,8 @@ bool Ticker::take() const
 
 void Ticker::restart() const
 {
-    const timespec period{period_ms_ / 1000, static_cast<long>(period_ms_ % 1000) * 1000000};
+    const timespec period{static_cast<time_t>(period_ms_ / 1000),
+                          static_cast<long>(period_ms_ % 1000) * 1000000};
     const itimerspec setting{period, period};
     timerfd_settime(timer_.get(), 0, &setting, nullptr);
 }
