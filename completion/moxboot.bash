@@ -31,6 +31,13 @@ _moxboot_values()
         }'
 }
 
+# Files: only they are shown, and ended, as such.
+_moxboot_files()
+{
+    compopt -o filenames 2>/dev/null || true
+    mapfile -t COMPREPLY < <(compgen -f -- "$1")
+}
+
 _moxboot()
 {
     local program=$1 current=${COMP_WORDS[COMP_CWORD]} word help values at
@@ -44,7 +51,7 @@ _moxboot()
             if [ "$at" -eq $((COMP_CWORD - 1)) ]; then
                 mapfile -t COMPREPLY < <(compgen -c -- "$current")
             else
-                mapfile -t COMPREPLY < <(compgen -f -- "$current")
+                _moxboot_files "$current"
             fi
             return 0
         fi
@@ -59,7 +66,7 @@ _moxboot()
         if [ "$word" = --board ]; then
             values=$("$program" boards 2>/dev/null | awk '{ print $1 }')
         elif [ "$values" = file ]; then
-            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            _moxboot_files "$current"
             return 0
         fi
         if [ -n "$values" ] && [ "$values" != flag ]; then
@@ -70,7 +77,7 @@ _moxboot()
     mapfile -t offers < <(_moxboot_offers <<<"$help")
     mapfile -t COMPREPLY < <(compgen -W "${offers[*]}" -- "$current")
     # An argument that is neither command nor option may be a file.
-    [ ${#COMPREPLY[@]} -gt 0 ] || mapfile -t COMPREPLY < <(compgen -f -- "$current")
+    [ ${#COMPREPLY[@]} -gt 0 ] || _moxboot_files "$current"
 }
 
-complete -o filenames -F _moxboot moxctl vboard
+complete -F _moxboot moxctl vboard
