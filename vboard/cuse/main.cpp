@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 constexpr int failed = 1, usage = 2;
 
 struct Options {
-    std::string board, state, cause = "auto", bite, mode = "0666";
+    std::string board, state, cause = "auto", bite, watchdog, mode = "0666";
     bool foreground = false;
 };
 
@@ -39,6 +39,10 @@ int parse(int argc, char **argv, Options &options)
         "which tells it from the state)");
     app.add_option("--bite", options.bite,
                    "command that resets the machine when the watchdog that is fed through items bites");
+    app.add_option(
+        "--watchdog", options.watchdog,
+        "file of the machine's own watchdog: it is written 1 when a program switches the watchdog on "
+        "through its item, 0 when off");
     app.add_option("--mode", options.mode, "permissions of the devices, in octal digits (default: 0666)");
     try {
         app.parse(argc, argv);
@@ -60,7 +64,8 @@ void serve(const Options &options, vboard::State &state, const vboard::Profile &
            const std::function<void()> &ready)
 {
     vboard::CuseService service(
-        state, profile, {permissions(options.mode), vboard::cause_by_name(options.cause), options.bite});
+        state, profile,
+        {permissions(options.mode), vboard::cause_by_name(options.cause), options.bite, options.watchdog});
     ready();
     service.serve();
 }

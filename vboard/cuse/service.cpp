@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/eventfd.h>
@@ -45,6 +46,7 @@ CuseService::CuseService(State &state, const Profile &profile, const ServicePlan
     });
     arrive(board_, state_, plan_.cause);
     keeper_.emplace(board_, state_.directory());
+    switch_watchdog();
     make_devices();
 
     std::vector<std::string> names;
@@ -68,15 +70,34 @@ CuseService::~CuseService() = default;
 void CuseService::make_devices()
 {
     const auto asked = [this](std::uint32_t request) {
-        if (request == DRVBOOT_CMD_SET)
+        if (request == DRVBOOT_CMD_SET) {
             keeper_->changed();
+            switch_watchdog();
+        }
         // Who has given notice may reset the machine at once.
-        else if (request == DRVBOOT_CMD_SELF_RESET)
+        if (request == DRVBOOT_CMD_SELF_RESET)
             keeper_->keep();
     };
     for (const std::string &device : driver_devices(board_))
         if (is_served(device))
             devices_.push_back(std::make_unique<CuseDevice>(board_, device, plan_.mode, asked));
+}
+
+// Through the driver the watchdog is switched on and off; that which counts, and bites, may be the machine's
+// own.
+void CuseService::switch_watchdog()
+{
+    if (plan_.watchdog.empty())
+        return;
+    const std::lock_guard lock(watchdog_);
+    const bool on = board_.watchdog().enabled;
+    if (watchdog_on_ == on)
+        return;
+    std::ofstream file(plan_.watchdog);
+    file << (on ? "1" : "0") << std::flush;
+    if (!file)
+        std::fprintf(stderr, "vboard-devices: cannot write %s\n", plan_.watchdog.c_str());
+    watchdog_on_ = on;
 }
 
 // The board alone: the machine, its programs and its files are reset by who runs them.
@@ -86,6 +107,7 @@ void CuseService::reset(Reset kind)
     board_.reset(kind);
     if (kind == Reset::power_cut)
         state_.restore_items(board_); // what was set from outside is the board's make
+    switch_watchdog();
     keeper_->keep();
     ticker_.restart();
     resets_.over();

@@ -19,6 +19,7 @@ struct ServicePlan {
     unsigned mode = 0666; // permissions of the nodes
     Cause cause = Cause::automatic;
     std::string bite; // command that resets the machine when the watchdog bites; empty: only the records tell
+    std::string watchdog; // file of the machine's own watchdog that is told 1 or 0; empty: there is none
 };
 
 class CuseService
@@ -35,6 +36,7 @@ class CuseService
     void make_devices();
     void reset(Reset kind);
     void bite();
+    void switch_watchdog();
 
     Signals signals_; // first: the threads of all others leave the signals to it
     State &state_;
@@ -46,6 +48,8 @@ class CuseService
     std::vector<std::unique_ptr<CuseDevice>> devices_;
     Descriptor stop_;
     Ticker ticker_;
+    std::mutex watchdog_; // guards what follows
+    std::optional<bool> watchdog_on_;
     std::optional<ControlServer> control_;
 };
 
