@@ -75,6 +75,9 @@ void check_cuse()
 CuseDevice::CuseDevice(Board &board, std::string path, unsigned mode, Asked asked)
     : board_(board), path_(std::move(path)), asked_(std::move(asked))
 {
+    // The kernel refuses a name that it has, too, but later, when the other device's node looks like ours.
+    if (struct stat node = {}; lstat(path_.c_str(), &node) == 0)
+        throw std::runtime_error("there is a " + path_ + " already: another board's, or the machine's own");
     receive_wake_ups();
     session_ = make_session(path_, this);
     if (session_ == nullptr)
