@@ -49,7 +49,7 @@ constexpr std::array programs{
     Program{"usr/bin/vboard-devices", "bin/vboard-devices", false, "the machine has no driver devices"},
     Program{"usr/bin/board-callers", "bin/board-callers", false, "no test of many callers"},
     Program{"usr/bin/board-query-cost", "bin/board-query-cost", false, "no measurement of a query"},
-    Program{"usr/bin/contract_test", "tests/contract_cuse_test", false, "no tests of the driver's answers"},
+    Program{"usr/bin/contract_test", "tests/contract_test", false, "no tests of the driver's answers"},
 };
 
 void add_programs(Archive &archive, const fs::path &work, std::vector<std::string> &lacking)

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 /*
- * The board's watchdog and its kernel service, "/proc/wdt": a counter of the periods in which nobody fed it. At first
- * the kernel feeds it in each period; who stops that has to feed it instead. When the counter gets to the threshold
- * the machine goes down at once, as if somebody had pressed the button.
+ * The board's watchdog and its kernel service, "/proc/wdt": a counter of the periods in which nobody fed it.
+ * At first the kernel feeds it in each period; who stops that has to feed it instead. When the counter gets
+ * to the threshold the machine goes down at once, as if somebody had pressed the button.
  *
- * A command is one write of eight bytes: command and value. The parameters in /sys/module/mox_wdt/parameters are the
- * other end: the board driver switches the watchdog on and off there, and a test can have commands refused.
+ * A command is one write of eight bytes: command and value. The parameters in /sys/module/mox_wdt/parameters
+ * are the other end: the board driver switches the watchdog on and off there, and a test can have commands
+ * refused.
  */
 #include <linux/errno.h>
 #include <linux/jiffies.h>
