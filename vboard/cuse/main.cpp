@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <stdexcept>
@@ -76,31 +77,35 @@ void say_ready()
     std::fflush(stdout);
 }
 
+void run(const Options &options)
+{
+    permissions(options.mode);
+    vboard::cause_by_name(options.cause);
+    const fs::path file = options.board.empty() ? fs::path() : vboard::find_profile(options.board, {});
+    vboard::check_cuse(); // before anything is written
+    vboard::State state(options.state);
+    const vboard::Profile profile = vboard::settle_profile(state, file);
+    if (options.foreground) {
+        serve(options, state, profile, say_ready);
+        return;
+    }
+    vboard::stay_in_background(state.directory() / "daemon.log", [&](const std::function<void()> &ready) {
+        serve(options, state, profile, ready);
+        return 0;
+    });
+    say_ready();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    Options options;
-    if (const int status = parse(argc, argv, options); status >= 0)
-        return status;
     try {
-        permissions(options.mode);
-        vboard::cause_by_name(options.cause);
-        const fs::path file = options.board.empty() ? fs::path() : vboard::find_profile(options.board, {});
-        vboard::check_cuse(); // before anything is written
-        vboard::State state(options.state);
-        const vboard::Profile profile = vboard::settle_profile(state, file);
-        if (options.foreground) {
-            serve(options, state, profile, say_ready);
-        } else {
-            vboard::stay_in_background(state.directory() / "daemon.log",
-                                       [&](const std::function<void()> &ready) {
-                                           serve(options, state, profile, ready);
-                                           return 0;
-                                       });
-            say_ready();
-        }
-        return 0;
+        Options options;
+        const int status = parse(argc, argv, options);
+        if (status < 0)
+            run(options);
+        return std::max(status, 0);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "vboard-devices: %s\n", error.what());
     }

@@ -41,6 +41,7 @@ int caller(fuse_req_t request)
 std::vector<iovec> vectors(const std::vector<Piece> &pieces)
 {
     std::vector<iovec> all;
+    all.reserve(pieces.size());
     for (const Piece &piece : pieces)
         all.push_back({reinterpret_cast<void *>(static_cast<std::uintptr_t>(piece.address)), piece.size});
     return all;
