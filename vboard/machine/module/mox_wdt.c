@@ -34,7 +34,8 @@ static unsigned int threshold = 10;
 static bool kernel_feeder = true;
 
 static bool enabled;
-static unsigned int period_ms = 1000;
+/* Programs set the threshold to 1, and have the watchdog started while the machine goes down. */
+static unsigned int period_ms = 5000;
 static int refuse_threshold, refuse_feeder, refuse_clear;
 
 module_param(counter, uint, 0444);
@@ -52,25 +53,14 @@ MODULE_PARM_DESC(refuse_feeder, "error number that command 8 fails with; 0: it d
 module_param(refuse_clear, int, 0644);
 MODULE_PARM_DESC(refuse_clear, "error number that command 9 fails with; 0: it does not");
 
-/* Switched on again it goes on counting: switching is not feeding. */
-static int set_enabled(const char *value, const struct kernel_param *param)
+static void tick(struct timer_list *unused);
+static DEFINE_TIMER(ticker, tick);
+
+/* A period begins with the feed: who feeds more often than that is never bitten. */
+static void begin_period(void)
 {
-    bool before = enabled;
-    int error = param_set_bool(value, param);
-
-    if (!error && enabled && !before) {
-        spin_lock_bh(&lock);
-        counter = 0;
-        spin_unlock_bh(&lock);
-    }
-    return error;
+    mod_timer(&ticker, jiffies + msecs_to_jiffies(period_ms));
 }
-
-static const struct kernel_param_ops enabled_ops = {.set = set_enabled, .get = param_get_bool};
-module_param_cb(enabled, &enabled_ops, &enabled, 0644);
-MODULE_PARM_DESC(enabled, "the watchdog counts, and bites");
-
-static struct timer_list ticker;
 
 static void tick(struct timer_list *unused)
 {
@@ -85,8 +75,27 @@ static void tick(struct timer_list *unused)
     /* With "panic=-1" on the kernel's command line this is a reset without a pause. */
     if (bites)
         panic("mox_wdt: the watchdog was not fed for %u periods of %u ms", counter, period_ms);
-    mod_timer(&ticker, jiffies + msecs_to_jiffies(period_ms));
+    begin_period();
 }
+
+/* Switched on again while it is on it goes on counting: switching is not feeding. */
+static int set_enabled(const char *value, const struct kernel_param *param)
+{
+    bool before = enabled;
+    int error = param_set_bool(value, param);
+
+    if (!error && enabled && !before) {
+        spin_lock_bh(&lock);
+        counter = 0;
+        begin_period();
+        spin_unlock_bh(&lock);
+    }
+    return error;
+}
+
+static const struct kernel_param_ops enabled_ops = {.set = set_enabled, .get = param_get_bool};
+module_param_cb(enabled, &enabled_ops, &enabled, 0644);
+MODULE_PARM_DESC(enabled, "the watchdog counts, and bites");
 
 static int set_threshold(u32 value)
 {
@@ -112,6 +121,7 @@ static int obey(const struct wdt_command *command)
         if (refuse_clear)
             return -abs(refuse_clear);
         counter = 0;
+        begin_period();
         return 0;
     case COMMAND_STOP_KERNEL_FEEDER:
         return refuse_feeder ? -abs(refuse_feeder) : stop_kernel_feeder();
@@ -145,8 +155,7 @@ static int __init start(void)
         return -EINVAL;
     if (!proc_create("wdt", 0222, NULL, &wdt_ops))
         return -ENOMEM;
-    timer_setup(&ticker, tick, 0);
-    mod_timer(&ticker, jiffies + msecs_to_jiffies(period_ms));
+    begin_period();
     return 0;
 }
 
