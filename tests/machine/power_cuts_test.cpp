@@ -178,7 +178,7 @@ TEST_F(PowerCuts, saved_variables_are_those_of_one_save)
         ASSERT_TRUE(machine().wait_for("at-work", enough)) << machine().last_words();
         if (i > 0)
             judge(i, machine().share().text("found"));
-        moment = cut_within(3.0);
+        moment = cut_within(6.0);
         const std::string saved = machine().share().text("saved");
         saves = saved.empty() ? 0 : static_cast<unsigned>(std::stoul(saved));
     }
