@@ -37,3 +37,8 @@ function(moxboot_precompile target)
   target_precompile_headers(${target} PRIVATE ${ARGN})
   target_compile_options(${target} PRIVATE ${MOXBOOT_PRECOMPILED_OPTIONS})
 endfunction()
+
+# A tool needs to compile quickly, not to run quickly.
+function(moxboot_tool target)
+  target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1 -g1>)
+endfunction()

@@ -32,6 +32,9 @@ MOXBOOT_API uint32_t drv_sec_mcu_get_mcu_die_id(uint8_t *id, uint32_t size, uint
 // old one as it was, unless only the new one's name could not be made to last.
 MOXBOOT_API uint32_t drv_crl_patch_write(const uint8_t *list, uint32_t length);
 
+// "libdrv_secure.so": where that list is kept; lives as long as the library. The stand-in's own.
+MOXBOOT_API const char *moxplatform_crl_path(void);
+
 // "libnb_bsp.so": 1 when secure boot is enabled; 0 when it is not, or the board cannot tell.
 MOXBOOT_API int nb_is_sec_boot_en(void);
 

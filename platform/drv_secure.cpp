@@ -15,13 +15,13 @@ namespace
 constexpr uint32_t refused = 1;
 constexpr mode_t list_mode = 0600;
 
-const char *list_path()
+} // namespace
+
+const char *moxplatform_crl_path(void)
 {
     const char *path = secure_getenv("MOXPLATFORM_CRL");
     return path != nullptr && path[0] != '\0' ? path : "/opt/moxv8/var/secure-driver.crl";
 }
-
-} // namespace
 
 uint32_t drv_sec_mcu_get_mcu_die_id(uint8_t *id, uint32_t size, uint32_t *length)
 {
@@ -35,6 +35,6 @@ uint32_t drv_crl_patch_write(const uint8_t *list, uint32_t length)
 {
     if (list == nullptr || length == 0)
         return refused;
-    platform::NewFile file(list_path(), list_mode);
+    platform::NewFile file(moxplatform_crl_path(), list_mode);
     return file.usable() && file.write(list, length) && file.place() ? 0 : refused;
 }

@@ -29,6 +29,7 @@ struct Words {
     bool resize = false, settle = false, check = false;
     std::string pack_type, service_type, logic_id, package, root;
     bool ptn = false, no_ptn = false, quiet = false;
+    bool hex = false, raw = false, base64 = false;
     std::string recipe, phase;
     std::optional<std::string> package_name, package_version;
 };
@@ -72,5 +73,6 @@ void add_board_verbs(CommandLine &line);
 void add_reset_verbs(CommandLine &line);
 void add_store_verbs(CommandLine &line);
 void add_install_verbs(CommandLine &line);
+void add_trust_verbs(CommandLine &line);
 
 } // namespace moxctl

@@ -2,7 +2,7 @@
 // What a verb has found out, kept apart from how it is printed.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "json.hpp"
 
 #include <cstdint>
 #include <optional>
@@ -11,8 +11,6 @@
 
 namespace moxctl
 {
-
-using Json = nlohmann::ordered_json; // keeps the order in which facts were gathered
 
 // Why something could not be had.
 struct Failure {

@@ -85,9 +85,11 @@ Outcome families(const OtherBoard &other)
         outcome.facts.push_back({predicate.name, predicate.name, asked(predicate)});
     outcome.facts.push_back({"MOX_IsSingleChlBoard", "MOX_IsSingleChlBoard", single_channel()});
     for (const HardTypeTest &test : tests)
-        outcome.facts.push_back({test.name, test.name,
-                                 type.is_null() ? unreadable(internal_failure, hard_type_unread)
-                                                : yes_or_no(test.holds(type) != 0, test.meaning)});
+        outcome.facts.push_back(
+            {test.name, test.name,
+             type.is_null()
+                 ? unreadable(internal_failure, hard_type_unread)
+                 : yes_or_no(test.holds(static_cast<std::uint32_t>(type.number())) != 0, test.meaning)});
     if (type.is_null())
         outcome.error = "the board does not tell its hard type; --hard-type asks about any board";
     return outcome;

@@ -191,12 +191,16 @@ Outcome report_installation(const InstallRecord &record)
     Fact boot_files = extracted(record, skipped);
     Fact links = linked(record, skipped);
     Fact flash = flashed(record, skipped);
-    Json steps = {{"MOX_InstallPkgNotify", record.extraction_result},
-                  {"MOX_AfterInstallRunFile", record.links_result},
-                  {"MOX_NotifyPdtAfterPreInstallOS", record.flash_result}};
+    const std::pair<const char *, std::int64_t> calls[] = {
+        {"MOX_InstallPkgNotify", record.extraction_result},
+        {"MOX_AfterInstallRunFile", record.links_result},
+        {"MOX_NotifyPdtAfterPreInstallOS", record.flash_result}};
+    Json steps = Json::object();
     std::string results;
-    for (const auto &[name, result] : steps.items())
-        results += (results.empty() ? "" : ", ") + result.dump();
+    for (const auto &[name, result] : calls) {
+        steps[name] = result;
+        results += (results.empty() ? "" : ", ") + std::to_string(result);
+    }
     Outcome outcome{
         {{"package", "Package", words(record.package.name)},
          {"version", "Version", words(record.package.version)},

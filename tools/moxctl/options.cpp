@@ -31,6 +31,11 @@ constexpr const char *examples = R"(Examples:
   moxctl blackbox read crash --view text     the records that a module left
   moxctl rsvmem map session 0x10000          a memory, and whether it survived
   moxctl sync-match V800R021                 whether the peer's file, of this version, matches
+  moxctl random 32 --base64                  a key, say
+  moxctl --json measurements | jq '.measurements[].hash'
+                                             what was measured at start-up
+  moxctl crl write revoked.crl && moxctl crl show
+                                             a revocation list, delivered and looked at
   moxctl reset-reason                        why the board went down last
   moxctl pre-reset listen --run 'save-state' be told before a reset
   moxctl wdt feed --count 60 --every 500     keep the watchdog quiet for half a minute
@@ -51,6 +56,7 @@ Request parse(int argc, char **argv)
     add_reset_verbs(line);
     add_store_verbs(line);
     add_install_verbs(line);
+    add_trust_verbs(line);
     try {
         line.app().parse(argc, argv);
     } catch (const CLI::ParseError &error) {

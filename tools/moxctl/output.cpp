@@ -69,10 +69,10 @@ std::string json_text(const Outcome &outcome, int indent)
         if (const auto &failure = fact.answer.failure)
             errors[fact.key] = {{"code", failure->code}, {"text", failure->reason}};
     }
-    if (!errors.empty())
+    if (errors.size() != 0)
         object["errors"] = errors;
     // A boot variable may hold any bytes; those that are no UTF-8 are replaced.
-    return object.dump(indent, ' ', false, Json::error_handler_t::replace) + '\n';
+    return object.dump(indent) + '\n';
 }
 
 } // namespace

@@ -164,7 +164,7 @@ struct Cause {
 Cause conclude(const Answer &seen, const Answer &asked)
 {
     const auto named = [](const Answer &answer) -> Answer {
-        const auto code = answer.value.get<std::uint32_t>();
+        const auto code = static_cast<std::uint32_t>(answer.value.number());
         return hexadecimal(code, reason_name(code));
     };
     Answer source;

@@ -6,6 +6,7 @@
 #include "facts.hpp"
 #include "other_board.hpp"
 #include "talk.hpp"
+#include "words.hpp"
 
 #include <moxboot/driver.h>
 
@@ -116,5 +117,19 @@ struct InstallOrder {
     bool quiet = false;
 };
 Outcome install(const InstallOrder &order, const Talk &talk);
+
+enum class Encoding { hex, raw, base64 };
+Outcome random_bytes(std::uint32_t count, Encoding encoding);
+
+Outcome product();
+
+Outcome tpm();
+
+Outcome measurements();
+
+Outcome write_crl(const std::string &file);
+Outcome show_crl();
+
+Outcome set_system_time(const ClockTime &time);
 
 } // namespace moxctl

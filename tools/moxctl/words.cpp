@@ -8,10 +8,12 @@
 #include <moxboot/reset.h>
 #include <moxboot/startup_sync.h>
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <limits>
 
 namespace moxctl
 {
@@ -120,6 +122,50 @@ std::string check_date(const std::string &word)
     if (parse_date(word))
         return {};
     return '"' + word + "\" is no time; write it as YYYY-MM-DDThh:mm:ss";
+}
+
+std::optional<ClockTime> parse_clock_time(const std::string &word)
+{
+    constexpr std::size_t decimals = 6;
+    if (const auto date = parse_date(word)) {
+        std::tm local = {};
+        local.tm_year = date->year - 1900;
+        local.tm_mon = date->month - 1;
+        local.tm_mday = date->day;
+        local.tm_hour = date->hour;
+        local.tm_min = date->minute;
+        local.tm_sec = date->second;
+        local.tm_isdst = -1;
+        const std::time_t seconds = std::mktime(&local);
+        if (seconds < 0 || seconds > std::numeric_limits<std::int32_t>::max())
+            return std::nullopt;
+        return ClockTime{static_cast<std::int32_t>(seconds), 0};
+    }
+    const std::size_t point = std::min(word.find('.'), word.size());
+    const std::string whole = word.substr(0, point);
+    std::string part = word.substr(std::min(point + 1, word.size()));
+    if (part.size() > decimals || (part.empty() && point != word.size()))
+        return std::nullopt;
+    part.resize(decimals, '0');
+    ClockTime time{};
+    const auto read = [](const std::string &digits, std::int32_t &value) {
+        const char *const last = digits.data() + digits.size();
+        const auto [end, error] = std::from_chars(digits.data(), last, value);
+        return error == std::errc() && end == last && digits.front() != '-';
+    };
+    if (whole.empty() || !read(whole, time.seconds) || !read(part, time.microseconds))
+        return std::nullopt;
+    return time;
+}
+
+std::string check_clock_time(const std::string &word)
+{
+    if (parse_clock_time(word))
+        return {};
+    return '"' + word +
+           "\" is no time for the clock; write it as YYYY-MM-DDThh:mm:ss, or as seconds since the epoch, "
+           "from 0 "
+           "to 2147483647, with up to six decimals";
 }
 
 MoxResetDate date_now()

@@ -33,6 +33,15 @@ std::string check_date(const std::string &word);
 MoxResetDate date_now();
 std::string date_text(const MoxResetDate &date);
 
+// A time to set the clock to, as far as the interface carries it: a calendar's, which is local time, or
+// seconds since the epoch, "1700000000.5".
+struct ClockTime {
+    std::int32_t seconds;
+    std::int32_t microseconds;
+};
+std::optional<ClockTime> parse_clock_time(const std::string &word);
+std::string check_clock_time(const std::string &word);
+
 // A name that the library's table of callbacks has room for.
 std::string check_module_name(const std::string &word);
 

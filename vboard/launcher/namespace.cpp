@@ -94,16 +94,17 @@ OwnNamespace enter_own_namespace(const NamespaceCalls &calls)
     return OwnNamespace();
 }
 
-void give_up_reboot()
+void spare_the_machine()
 {
     prctl(PR_CAPBSET_DROP, CAP_SYS_BOOT, 0, 0, 0);
+    prctl(PR_CAPBSET_DROP, CAP_SYS_TIME, 0, 0, 0);
 }
 
 void join_namespaces(pid_t pid)
 {
     join(pid, "user", CLONE_NEWUSER);
     join(pid, "mnt", CLONE_NEWNS);
-    give_up_reboot();
+    spare_the_machine();
 }
 
 } // namespace vboard

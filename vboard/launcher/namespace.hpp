@@ -29,9 +29,10 @@ class OwnNamespace
 // std::runtime_error, in words, when the kernel refuses or the namespace turns out to be the old one.
 OwnNamespace enter_own_namespace(const NamespaceCalls &calls = kernel_calls());
 
-// Gives up, for all that this process becomes and starts, the right to reboot the machine: a program that
-// calls the kernel itself must not take the real one down. A process without rights has nothing to give up.
-void give_up_reboot();
+// Gives up, for all that this process becomes and starts, the rights to reboot the machine and to set its
+// clock: a program that calls the kernel itself must not do that to the real one. A process without rights has
+// nothing to give up.
+void spare_the_machine();
 
 // Enters the user and mount namespaces that process `pid` lives in. Throws std::runtime_error.
 void join_namespaces(pid_t pid);

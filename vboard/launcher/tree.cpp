@@ -240,7 +240,7 @@ void enter_tree(const OwnNamespace &proof, const TreePlan &plan)
     mounts.detach(host);
     fs::remove(host);
     umask(mask);
-    give_up_reboot();
+    spare_the_machine();
     if (chdir(directory.c_str()) != 0)
         throw std::runtime_error("the working directory " + directory.string() +
                                  " is out of reach in the board's file tree: " + std::strerror(errno));

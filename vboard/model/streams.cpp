@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Reading and writing: text for the console, commands for the kernel's watchdog service, revocation lists for
-// their module. No other device of the board can be written, and none but the console and the module can be
+// their module, times for the clock. No other device of the board can be written, and none but the console and the module can be
 // read.
 #include "model/request_kind.hpp"
 #include "model/state.hpp"
@@ -69,9 +69,10 @@ IoResult Board::write(const std::string &device, const Bytes &data, int pid, std
 
     std::unique_lock lock(state_->mutex);
     int error = fault ? fault->error : 0;
-    if (error == 0 && device == console_device) {
+    if (error == 0 && (device == console_device || device == clock_device)) {
         event.value.assign(data.begin(), end_of_taken);
-        state_->print(event.value);
+        if (device == console_device)
+            state_->print(event.value);
     } else if (error == 0 && crl) {
         error = state_->replace_crl({data.begin(), end_of_taken});
         if (error == 0 && position)
