@@ -16,9 +16,8 @@ fs::path node_path(const std::string &device)
 
 std::set<std::string> driver_devices(const Board &board)
 {
-    std::set<std::string> devices{"/dev/board0", "/dev/chassis0",   "/dev/envinfo0",
-                                  "/dev/ttyS0",  "/dev/module_crl", "/proc/wdt",
-                                  std::string(clock_device)};
+    std::set<std::string> devices{"/dev/board0",     "/dev/chassis0", "/dev/envinfo0",          "/dev/ttyS0",
+                                  "/dev/module_crl", "/proc/wdt",     std::string(clock_device)};
     for (int slot = 1; slot <= 32; slot++)
         devices.insert("/dev/slot" + std::to_string(slot));
     for (const auto &[device, items] : board.profile().items)

@@ -30,8 +30,8 @@ class OwnNamespace
 OwnNamespace enter_own_namespace(const NamespaceCalls &calls = kernel_calls());
 
 // Gives up, for all that this process becomes and starts, the rights to reboot the machine and to set its
-// clock: a program that calls the kernel itself must not do that to the real one. A process without rights has
-// nothing to give up.
+// clock: a program that calls the kernel itself must not do that to the real one. A process without rights
+// has nothing to give up.
 void spare_the_machine();
 
 // Enters the user and mount namespaces that process `pid` lives in. Throws std::runtime_error.

@@ -71,8 +71,8 @@ void Board::State::load_env()
 bool Board::State::serves(const std::string &device) const
 {
     return device == board_device || device == "/dev/chassis0" || device == environment_device ||
-           device == console_device || device == watchdog_device || device == clock_device || slot_number(device) != 0 ||
-           is_crl(device) || profile.items.contains(device);
+           device == console_device || device == watchdog_device || device == clock_device ||
+           slot_number(device) != 0 || is_crl(device) || profile.items.contains(device);
 }
 
 std::optional<Fault> Board::State::begin(const Operation &operation)

@@ -17,7 +17,8 @@ constexpr std::string_view environment_device = "/dev/envinfo0";
 constexpr std::string_view console_device = "/dev/ttyS0";
 constexpr std::string_view watchdog_device = "/proc/wdt";
 constexpr std::string_view crl_device = "/dev/module_crl";
-constexpr std::string_view clock_device = "/dev/vboard/clock"; // no driver has it: what the board's clock is set to
+constexpr std::string_view clock_device =
+    "/dev/vboard/clock"; // no driver has it: what the board's clock is set to
 constexpr std::string_view board_device = "/dev/board0";
 constexpr unsigned slot_count = 32;
 

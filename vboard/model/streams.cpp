@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Reading and writing: text for the console, commands for the kernel's watchdog service, revocation lists for
-// their module, times for the clock. No other device of the board can be written, and none but the console and the module can be
-// read.
+// their module, times for the clock. No other device of the board can be written, and none but the console
+// and the module can be read.
 #include "model/request_kind.hpp"
 #include "model/state.hpp"
 
