@@ -14,17 +14,20 @@ if(MOXBOOT_WERROR)
 endif()
 target_link_options(moxboot_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
 
+# A target with the property MOXBOOT_UNOPTIMIZED needs to compile quickly, not to run quickly. Fortified calls need the optimizer.
+set(_plain
+  "$<IF:$<BOOL:$<TARGET_PROPERTY:MOXBOOT_UNOPTIMIZED>>,-O0;-U_FORTIFY_SOURCE,-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
 if(MOXBOOT_SANITIZE)
   # Fortified calls would hide from the sanitizers' own interceptors. A target with the property MOXBOOT_UNWATCHED is
   # compiled as without sanitizers.
   string(REPLACE "," "$<COMMA>" _sanitizers "${MOXBOOT_SANITIZE}")
   target_compile_options(moxboot_options INTERFACE
-    "$<IF:$<BOOL:$<TARGET_PROPERTY:MOXBOOT_UNWATCHED>>,-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2,-fsanitize=${_sanitizers};-fno-sanitize-recover=all;-fno-omit-frame-pointer;-U_FORTIFY_SOURCE>")
+    "$<IF:$<BOOL:$<TARGET_PROPERTY:MOXBOOT_UNWATCHED>>,${_plain},-fsanitize=${_sanitizers};-fno-sanitize-recover=all;-fno-omit-frame-pointer;-U_FORTIFY_SOURCE>")
   target_link_options(moxboot_options INTERFACE -fsanitize=${MOXBOOT_SANITIZE})
 elseif(MOXBOOT_COVERAGE)
   target_compile_options(moxboot_options INTERFACE -O0 -g)
 else()
-  target_compile_options(moxboot_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  target_compile_options(moxboot_options INTERFACE "${_plain}")
 endif()
 
 # What goes with a precompiled header: ccache asks for the first of these options, and out of such a header gcc warns of
@@ -38,7 +41,13 @@ function(moxboot_precompile target)
   target_compile_options(${target} PRIVATE ${MOXBOOT_PRECOMPILED_OPTIONS})
 endfunction()
 
-# A tool needs to compile quickly, not to run quickly.
+# A tool of which a developer compiles more than he runs. On the emulated target it runs slowly enough as it is.
 function(moxboot_tool target)
   target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O1 -g1>)
+endfunction()
+function(moxboot_command_line target)
+  moxboot_tool(${target})
+  if(NOT CMAKE_CROSSCOMPILING AND CMAKE_BUILD_TYPE STREQUAL RelWithDebInfo)
+    set_target_properties(${target} PROPERTIES MOXBOOT_UNOPTIMIZED ON)
+  endif()
 endfunction()
