@@ -85,6 +85,17 @@ TEST_F(Devices, trust_and_product_facts_are_read_and_a_revocation_list_is_delive
     for (const char *name : {"product", "tpm", "measurements", "write", "show", "random"})
         EXPECT_EQ(of(name).status, 0) << name << ": " << of(name).output;
     EXPECT_EQ(of("device").output, "a list of revoked certificates\n");
+    EXPECT_EQ(object("product")["min_entropy"], 0.997);
+    EXPECT_EQ(object("product")["check_period"], 1800);
+    EXPECT_EQ(object("tpm")["present"], true);
+    EXPECT_EQ(object("tpm")["active"], true);
+    EXPECT_EQ(object("measurements")["board_type"], 1);
+    EXPECT_EQ(object("measurements")["measurements"].size(), 4U);
+    for (const json &record : object("measurements")["measurements"])
+        EXPECT_EQ(record["valid"], true) << record;
+    for (const char *holder : {"module", "secure_driver"})
+        EXPECT_EQ(object("show")[holder]["size"], 30) << holder;
+    EXPECT_EQ(of("random").output.size(), 33U) << of("random").output;
 
     must_run(step("device", "cat /dev/module_crl; echo"));
     EXPECT_EQ(of("device").output, "a list of revoked certificates\n") << "it lasts";
