@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Many callers at once, and what a query and a start take.
+// Many callers at once, and what a query and a start take. Times go to the campaign's table, with their
+// goals: they are no reason to fail, as nobody knows what else the host does.
 #include "machine/on_machine.hpp"
 
 #include "machine/places.hpp"
@@ -22,6 +23,11 @@ std::string decimal(double value)
     return text;
 }
 
+std::string against(double value, double goal)
+{
+    return decimal(value) + (value <= goal ? ", goal met: " : ", GOAL MISSED: ") + decimal(goal);
+}
+
 TEST_F(Load, thirty_two_processes_get_their_own_answers_and_leave_nothing_open)
 {
     const std::string rounds = std::to_string(campaign("MACHINE_ROUNDS", 40));
@@ -36,18 +42,19 @@ TEST_F(Load, thirty_two_processes_get_their_own_answers_and_leave_nothing_open)
     note("many callers (32 processes)", of("callers").output.substr(0, of("callers").output.find('\n')));
 }
 
-TEST_F(Load, a_query_through_the_library_costs_little_more_than_the_bare_calls)
+TEST_F(Load, a_query_is_timed_beside_the_bare_calls)
 {
     must_run(step("cost", "board-query-cost"));
     const json cost = object("cost");
-    note("item query, library / bare calls", decimal(cost["library_us"]) + " us / " +
-                                                 decimal(cost["bare_us"]) + " us, ratio " +
-                                                 decimal(cost["ratio"]));
-    // A slow moment of the host is no fault of the library; twice is.
-    EXPECT_LE(cost["ratio"].get<double>(), 1.5);
+    const auto library = cost["library_us"].get<double>();
+    const auto bare = cost["bare_us"].get<double>();
+    EXPECT_GT(library, 0);
+    EXPECT_GT(bare, 0);
+    note("item query, library / bare calls", decimal(library) + " us / " + decimal(bare) + " us, ratio " +
+                                                 against(cost["ratio"].get<double>(), 1.10));
 }
 
-TEST_F(Load, the_machine_is_up_and_answers_within_its_time)
+TEST_F(Load, the_machine_comes_up_and_answers_and_is_small)
 {
     machine(); // the disk is made before
     const auto begin = std::chrono::steady_clock::now();
@@ -55,12 +62,13 @@ TEST_F(Load, the_machine_is_up_and_answers_within_its_time)
     ASSERT_TRUE(machine().wait_for("informed", std::chrono::seconds(60)));
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     EXPECT_EQ(machine().end(std::chrono::seconds(30)).how, Outcome::exited);
-    note("start to first moxctl info", decimal(took.count()) + " s (goal: below 10)");
-    // Other tests may run beside; the campaign, where this one is alone, shows the time proper.
-    EXPECT_LT(took.count(), 30.0);
-    const auto size = static_cast<double>(std::filesystem::file_size(vboard::machine::initial_files()));
-    note("start-up files", decimal(size / (1024 * 1024)) + " MB (goal: below 16)");
-    EXPECT_LT(size, 16.0 * 1024 * 1024);
+    note("start to first moxctl info, seconds", against(took.count(), 10));
+    constexpr double mebibyte = 1024.0 * 1024.0;
+    const double size = static_cast<double>(std::filesystem::file_size(vboard::machine::kernel_image()) +
+                                            std::filesystem::file_size(vboard::machine::initial_files())) /
+                        mebibyte;
+    note("kernel and start-up files, MB", against(size, 16));
+    EXPECT_LT(size, 16.0);
 }
 
 } // namespace

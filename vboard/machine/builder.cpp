@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "machine/builder.hpp"
 
+#include "machine/kernel_image.hpp"
 #include "machine/kernel_module.hpp"
 #include "machine/modules.hpp"
 #include "machine/places.hpp"
 #include "machine/programs.hpp"
 
 #include <array>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 
 namespace vboard::machine
@@ -16,6 +19,9 @@ namespace fs = std::filesystem;
 
 namespace
 {
+
+// Where the emulated machine has its memory.
+constexpr unsigned memory_start = 0x40000000;
 
 constexpr std::array directories{"dev",  "proc", "sys", "tmp",  "run",     "share", "disk",
                                  "root", "etc",  "opt", "boot", "bootbak", "var"};
@@ -107,6 +113,20 @@ void add_files(Archive &archive, const Kernel &kernel)
         archive.file("usr/share/moxboot/sample.moxpkg", sample_package(), 0644);
 }
 
+void write_kernel(const Kernel &kernel, std::vector<std::string> &lacking)
+{
+    std::ifstream from(kernel.image(), std::ios::binary);
+    const std::string zimage{std::istreambuf_iterator<char>(from), std::istreambuf_iterator<char>()};
+    std::string image = boot_image(zimage, memory_start);
+    if (image.empty()) {
+        lacking.emplace_back("the kernel in a form that starts at once: it unpacks itself, slowly");
+        image = zimage;
+    }
+    std::ofstream to(kernel_image(), std::ios::binary);
+    if (!(to << image).flush())
+        throw std::runtime_error("cannot write " + kernel_image().string());
+}
+
 } // namespace
 
 Built build()
@@ -121,7 +141,7 @@ Built build()
     add_files(archive, kernel);
     add_modules(archive, kernel, work, built.lacking);
     add_programs(archive, work, built.lacking);
-    fs::copy_file(kernel.image(), kernel_image(), fs::copy_options::overwrite_existing);
+    write_kernel(kernel, built.lacking);
     archive.write(initial_files());
     built.size = fs::file_size(initial_files());
     return built;
