@@ -1,15 +1,17 @@
 # SPDX-License-Identifier: Apache-2.0
 # What `cmake --install` puts where, and how others find it: pkg-config and find_package(moxboot).
 include(CMakePackageConfigHelpers)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME dev)
 
 set(_targets moxboot)
 if(MOXBOOT_PLATFORM STREQUAL standalone)
   list(APPEND _targets moxplatform)
 endif()
-install(TARGETS ${_targets} EXPORT moxboot-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS ${_targets} EXPORT moxboot-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev)
 if(MOXBOOT_PLATFORM STREQUAL standalone)
   # Opened at run time; nobody links with them.
-  install(TARGETS drv_basic drv_secure nb_bsp LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS drv_basic drv_secure nb_bsp moxpackage LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime)
 endif()
 install(DIRECTORY include/moxboot DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT moxboot-targets NAMESPACE moxboot:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/moxboot)

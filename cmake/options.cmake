@@ -14,6 +14,11 @@ if(MOXBOOT_WERROR)
 endif()
 target_link_options(moxboot_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
 
+# A release is the same, byte for byte, wherever it was built.
+foreach(_folder ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
+  target_compile_options(moxboot_options INTERFACE $<$<CONFIG:Release>:-ffile-prefix-map=${_folder}=.>)
+endforeach()
+
 # A target with the property MOXBOOT_UNOPTIMIZED needs to compile quickly, not to run quickly. Fortified calls need the optimizer.
 set(_plain
   "$<IF:$<BOOL:$<TARGET_PROPERTY:MOXBOOT_UNOPTIMIZED>>,-O0;-U_FORTIFY_SOURCE,-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
