@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <utility>
@@ -58,6 +59,19 @@ std::pair<double, double> spread(const std::vector<double> &library, const std::
     return {ratios[ratios.size() / 4], ratios[ratios.size() * 3 / 4]};
 }
 
+// For the report: a row of fields with tabulators between them, appended to the file that the environment
+// names.
+void add_row(const Goal &goal, double library, double floor, const char *verdict)
+{
+    const char *file = std::getenv("BENCH_TABLE");
+    std::FILE *table = file ? std::fopen(file, "a") : nullptr;
+    if (table == nullptr)
+        return;
+    std::fprintf(table, "%s\t%.0f\t%.0f\t%.3f\t%.2f\t%s\n", goal.subject, library, floor, library / floor,
+                 goal.ratio, verdict);
+    std::fclose(table);
+}
+
 } // namespace
 
 int run_pairs(int argc, char **argv, const Goal *goals, int count, int table)
@@ -83,10 +97,12 @@ int run_pairs(int argc, char **argv, const Goal *goals, int count, int table)
             complete = false;
             continue;
         }
-        double ratio = library / floor;
+        const double ratio = library / floor;
+        const char *verdict = ratio <= goal->ratio ? "reached" : "missed";
         const auto [low, high] = spread(library_times, floor_times);
         dprintf(table, "%-34s %12.1f %12.1f %8.3f   %5.3f - %5.3f %8.2f  %s\n", goal->subject, library, floor,
-                ratio, low, high, goal->ratio, ratio <= goal->ratio ? "reached" : "missed");
+                ratio, low, high, goal->ratio, verdict);
+        add_row(*goal, library, floor, verdict);
     }
     return complete ? 0 : 1;
 }
