@@ -31,6 +31,7 @@ struct Words {
     bool ptn = false, no_ptn = false, quiet = false;
     bool hex = false, raw = false, base64 = false;
     std::string recipe, phase;
+    std::string format = "perfetto", journal, trace, output, boards;
     std::optional<std::string> package_name, package_version;
 };
 
@@ -74,5 +75,6 @@ void add_reset_verbs(CommandLine &line);
 void add_store_verbs(CommandLine &line);
 void add_install_verbs(CommandLine &line);
 void add_trust_verbs(CommandLine &line);
+void add_picture_verbs(CommandLine &line);
 
 } // namespace moxctl

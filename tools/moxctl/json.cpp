@@ -107,6 +107,16 @@ std::uint64_t Json::number() const
     return std::get<std::uint64_t>(value_);
 }
 
+const std::string &Json::text() const
+{
+    return std::get<std::string>(value_);
+}
+
+const std::vector<Json> &Json::parts() const
+{
+    return std::get<Array>(value_);
+}
+
 std::string Json::dump(int indent) const
 {
     return JsonText::made(*this).dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);

@@ -48,7 +48,10 @@ class Json
     void push_back(Json part); // makes an array of a null
     Json &
     operator[](const std::string &name); // makes an object of a null, and the member where it is missing
-    std::uint64_t number() const;        // throws std::bad_variant_access where it is none
+    // These throw std::bad_variant_access where it is none.
+    std::uint64_t number() const;
+    const std::string &text() const;
+    const std::vector<Json> &parts() const; // of an array
 
     bool operator==(const Json &other) const = default;
 

@@ -2,6 +2,7 @@
 #include "observed.hpp"
 
 #include "next.hpp"
+#include "presumption.hpp"
 
 #include <moxboot/channel.h>
 #include <moxboot/link.h>
@@ -130,7 +131,8 @@ void iof_startupstep_trace(std::uint32_t code, std::uint32_t level, const char *
         (void)std::vsnprintf(text, sizeof text, format, args);
         va_end(args);
         hear_trace(level, text);
-        next(code, level, "%s", text);
+        if (!asks_about_another())
+            next(code, level, "%s", text);
     }
     errno = error;
 }

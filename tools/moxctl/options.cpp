@@ -36,6 +36,8 @@ constexpr const char *examples = R"(Examples:
                                              what was measured at start-up
   moxctl crl write revoked.crl && moxctl crl show
                                              a revocation list, delivered and looked at
+  moxctl trace export -o board.json          what happened, for a viewer of timelines
+  moxctl atlas -o atlas.html                 every board on one page
   moxctl reset-reason                        why the board went down last
   moxctl pre-reset listen --run 'save-state' be told before a reset
   moxctl wdt feed --count 60 --every 500     keep the watchdog quiet for half a minute
@@ -57,6 +59,7 @@ Request parse(int argc, char **argv)
     add_store_verbs(line);
     add_install_verbs(line);
     add_trust_verbs(line);
+    add_picture_verbs(line);
     try {
         line.app().parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -20,6 +20,10 @@ struct Presumed {
     Variables boot;     // of the boot environment
     Variables platform; // of the platform environment
     Variables memory;   // of the memory environment
+    std::optional<bool> secure_boot = {};
+    // What is not presumed cannot be read: nothing of the board that this runs on shows, and nothing is
+    // reported to it.
+    bool alone = false;
 };
 
 // While it lives, the library takes the board to be like that, and nothing is written to the platform
@@ -32,6 +36,12 @@ class Presumption
     ~Presumption();
     Presumption(const Presumption &) = delete;
     Presumption &operator=(const Presumption &) = delete;
+
+  private:
+    int log_mask_;
 };
+
+// Whether the questions are about a board that has nothing to do with the one that this runs on.
+bool asks_about_another();
 
 } // namespace moxctl

@@ -118,6 +118,18 @@ struct InstallOrder {
 };
 Outcome install(const InstallOrder &order, const Talk &talk);
 
+// A file that is not named is the board's own; without an output the timeline is shown.
+struct ExportOrder {
+    std::string journal, trace, output;
+};
+Outcome export_trace(const ExportOrder &order);
+
+struct AtlasOrder {
+    std::string boards; // list of named boards; empty: that beside the program
+    std::string output; // empty: the page is shown
+};
+Outcome atlas(const AtlasOrder &order);
+
 enum class Encoding { hex, raw, base64 };
 Outcome random_bytes(std::uint32_t count, Encoding encoding);
 

@@ -39,7 +39,7 @@ int parse_and_run(int argc, char **argv)
     app.require_subcommand(1);
     app.footer("Exit status: 0 done, 1 failed, 2 wrong usage; run, exec and tree hand on the command's own.");
     for (const auto add : {add_boards, add_run, add_tree, add_up_and_down, add_resets, add_values, add_faults,
-                           add_log, add_machine})
+                           add_log, add_report, add_machine})
         add(app, call);
     try {
         app.parse(static_cast<int>(dashes - argv), argv);

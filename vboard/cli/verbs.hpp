@@ -39,6 +39,7 @@ void add_resets(CLI::App &app, Call &call);      // reset, power-cut
 void add_values(CLI::App &app, Call &call);      // get, set, getenv, setenv
 void add_faults(CLI::App &app, Call &call);
 void add_log(CLI::App &app, Call &call);
+void add_report(CLI::App &app, Call &call);
 void add_machine(CLI::App &app, Call &call); // machine build, boot, run, test
 
 // Refuses a missing command (`wanted`) or one that the verb has no use for.

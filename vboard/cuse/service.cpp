@@ -44,6 +44,7 @@ CuseService::CuseService(State &state, const Profile &profile, const ServicePlan
         state_.append_journal(event);
         resets_.note(event);
     });
+    state_.append_life("up", {{"board", profile.name}});
     arrive(board_, state_, plan_.cause);
     keeper_.emplace(board_, state_.directory());
     switch_watchdog();
@@ -65,7 +66,10 @@ CuseService::CuseService(State &state, const Profile &profile, const ServicePlan
                      [context](const nlohmann::json &request) { return fulfil(context, request); });
 }
 
-CuseService::~CuseService() = default;
+CuseService::~CuseService()
+{
+    state_.append_life("down", nlohmann::json::object());
+}
 
 void CuseService::make_devices()
 {

@@ -129,7 +129,9 @@ json journal(const RequestContext &context, const json &request)
 
 json add_fault(const RequestContext &context, const json &request)
 {
-    context.board.add_fault(fault_from_json(request.at("fault")));
+    const Fault fault = fault_from_json(request.at("fault"));
+    context.board.add_fault(fault);
+    context.state.append_life("fault", {{"fault", to_json(fault)}});
     return json::object();
 }
 
@@ -144,6 +146,7 @@ json list_faults(const RequestContext &context, const json &)
 json clear_faults(const RequestContext &context, const json &)
 {
     context.board.clear_faults();
+    context.state.append_life("faults cleared", json::object());
     return json::object();
 }
 

@@ -5,6 +5,7 @@
 #include "daemon/requests.hpp"
 #include "daemon/seed.hpp"
 #include "model/env_store.hpp"
+#include "model/faults.hpp"
 #include "model/request_kind.hpp"
 #include "platform/root_proxy.hpp"
 
@@ -42,8 +43,11 @@ Running::Running(const OwnNamespace &proof, State &state, const BoardPlan &plan)
     state.restore_items(board_);
     board_.set_crl(state.crl());
     board_.keep_crl([this](const Bytes &list) { return state_.keep_crl(list); });
-    for (const Fault &fault : plan.faults)
+    state_.append_life("up", {{"board", plan.profile.name}});
+    for (const Fault &fault : plan.faults) {
         board_.add_fault(fault);
+        state_.append_life("fault", {{"fault", to_json(fault)}});
+    }
     board_.on_event([this](const Event &event) {
         state_.append_journal(event);
         resets_.note(event);
@@ -67,6 +71,7 @@ Running::Running(const OwnNamespace &proof, State &state, const BoardPlan &plan)
 
 Running::~Running()
 {
+    state_.append_life("down", nlohmann::json::object());
     // A socket without a listener would tell programs of a later board otherwise than no socket.
     std::error_code error;
     std::filesystem::remove(platform::root_proxy_socket, error);

@@ -92,6 +92,7 @@ State::State(const fs::path &directory)
     journal_ = open_to_append(directory_ / "journal.jsonl");
     syslog_ = open_to_append(directory_ / "syslog");
     console_ = open_to_append(directory_ / "console");
+    life_ = open_to_append(directory_ / "life.jsonl");
 }
 
 void State::restore_items(Board &board) const
@@ -141,6 +142,16 @@ void State::append_journal(const Event &event)
 {
     const std::string line = to_json(event).dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
     append(journal_, line.data(), line.size());
+}
+
+void State::append_life(const char *what, const json &more) const
+{
+    using namespace std::chrono;
+    json record = {{"time", duration<double>(system_clock::now().time_since_epoch()).count()},
+                   {"what", what}};
+    record.update(more);
+    const std::string line = record.dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
+    append(life_, line.data(), line.size());
 }
 
 void State::append_syslog(const std::string &line)

@@ -5,6 +5,8 @@
 #include "daemon/descriptor.hpp"
 #include "model/board.hpp"
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <filesystem>
 #include <mutex>
 #include <optional>
@@ -43,14 +45,17 @@ class State
     Bytes crl() const;
     bool keep_crl(const Bytes &list) const;
 
-    // Append to the board's records; safe from several threads.
+    // Append to the board's records; safe from several threads. The record of its life tells what no request
+    // to the driver does: "up", "down", "fault" (one was planned), "faults cleared"; `more` is an object with
+    // what there is to say beside.
+    void append_life(const char *what, const nlohmann::json &more) const;
     void append_journal(const Event &event);
     void append_syslog(const std::string &line);
     void append_console(const Bytes &text);
 
   private:
     std::filesystem::path directory_;
-    Descriptor lock_, journal_, syslog_, console_;
+    Descriptor lock_, journal_, syslog_, console_, life_;
     std::mutex items_; // guards items.json
 };
 

@@ -28,6 +28,8 @@ void Journal::record(Event event, std::unique_lock<std::mutex> before)
     before.unlock();
     event.number = ++last_number_;
     event.time = duration<double>(system_clock::now().time_since_epoch()).count();
+    if (event.asked != steady_clock::time_point())
+        event.duration = duration<double>(steady_clock::now() - event.asked).count();
     events_.push_back(std::move(event));
     if (events_.size() > kept_events)
         events_.pop_front();

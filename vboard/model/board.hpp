@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -51,8 +52,10 @@ struct Fault {
 // One operation on a device, or one reset, decoded. Kept in order; also appended to the journal file of the
 // board's directory.
 struct Event {
-    std::uint64_t number = 0; // counts from 1
-    double time = 0;          // seconds since the epoch
+    std::uint64_t number = 0;                      // counts from 1
+    double time = 0;                               // of the answer, in seconds since the epoch
+    double duration = 0;                           // seconds from the question to the answer; 0: not known
+    std::chrono::steady_clock::time_point asked{}; // when the question came
     int pid = 0;
     Op op = Op::open;
     std::string device;

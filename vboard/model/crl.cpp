@@ -79,8 +79,8 @@ IoResult Board::seek(const std::string &device, std::int64_t offset, int whence,
     if (!state_->is_crl(device))
         return {-1, ESPIPE, {}};
     const std::string no_variable;
-    const auto fault = state_->begin({Op::lseek, device, std::nullopt, {}, no_variable});
     Event event = start_event(Op::lseek, device, pid);
+    const auto fault = state_->begin({Op::lseek, device, std::nullopt, {}, no_variable});
     event.faulted = fault.has_value();
     event.value = text_of(offset, whence);
     std::unique_lock lock(state_->mutex);

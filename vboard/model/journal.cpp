@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/journal.hpp"
 
+#include "model/items.hpp"
+
 #include <array>
 #include <stdexcept>
 
@@ -19,6 +21,19 @@ void put(json &object, const char *name, const std::optional<Value> &value)
 {
     if (value)
         object[name] = *value;
+}
+
+// What people call the items; who reads a journal has no table of them. Left out where none has a name.
+void put_item_names(json &object, const Event &event)
+{
+    json names = json::array();
+    bool named = false;
+    for (const std::uint32_t code : event.items) {
+        names.push_back(item_name(event.device, code));
+        named = named || names.back() != "";
+    }
+    if (named)
+        object["item_names"] = std::move(names);
 }
 
 template <class Value>
@@ -54,12 +69,15 @@ json to_json(const Event &event)
 {
     json object = {{"number", event.number},  {"time", event.time},     {"pid", event.pid},
                    {"op", op_name(event.op)}, {"device", event.device}, {"result", event.result}};
+    if (event.duration != 0)
+        object["duration"] = event.duration;
     if (event.op == Op::ioctl)
         object["request"] = event.request;
     if (!event.what.empty())
         object["what"] = event.what;
     if (!event.items.empty())
         object["items"] = event.items;
+    put_item_names(object, event);
     put(object, "sent", event.sent);
     put(object, "answer", event.answer);
     put(object, "code", event.code);
@@ -85,6 +103,7 @@ Event event_from_json(const json &object)
         event.device = object.at("device").get<std::string>();
         take(object, "number", event.number);
         take(object, "time", event.time);
+        take(object, "duration", event.duration);
         take(object, "pid", event.pid);
         take(object, "request", event.request);
         take(object, "what", event.what);

@@ -144,14 +144,15 @@ Event start_event(Op op, const std::string &device, int pid)
     event.pid = pid;
     event.op = op;
     event.device = device;
+    event.asked = std::chrono::steady_clock::now();
     return event;
 }
 
 int Board::open(const std::string &device, int /*flags*/, int pid)
 {
     const std::string no_variable;
-    const auto fault = state_->begin({Op::open, device, std::nullopt, {}, no_variable});
     Event event = start_event(Op::open, device, pid);
+    const auto fault = state_->begin({Op::open, device, std::nullopt, {}, no_variable});
     std::unique_lock lock(state_->mutex);
     event.faulted = fault.has_value();
     event.error = fault ? fault->error : 0;
@@ -168,8 +169,8 @@ int Board::open(const std::string &device, int /*flags*/, int pid)
 IoctlReply Board::ioctl(const IoctlCall &call)
 {
     const RequestKind kind = request_kind(call.device, call.request);
-    const Asked asked = decode(call, kind);
     Event event = start_event(Op::ioctl, call.device, call.pid);
+    const Asked asked = decode(call, kind);
     describe(event, call, kind, asked);
 
     const auto fault = state_->begin({Op::ioctl, call.device, call.request, event.items, event.name});

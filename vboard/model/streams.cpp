@@ -29,8 +29,8 @@ void Board::State::print(const std::string &text)
 IoResult Board::read(const std::string &device, std::size_t count, int pid, std::int64_t *position)
 {
     const std::string no_variable;
-    const auto fault = state_->begin({Op::read, device, std::nullopt, {}, no_variable});
     Event event = start_event(Op::read, device, pid);
+    const auto fault = state_->begin({Op::read, device, std::nullopt, {}, no_variable});
     event.faulted = fault.has_value();
     std::unique_lock lock(state_->mutex);
     IoResult result;
@@ -54,8 +54,8 @@ IoResult Board::read(const std::string &device, std::size_t count, int pid, std:
 IoResult Board::write(const std::string &device, const Bytes &data, int pid, std::int64_t *position)
 {
     const std::string no_variable;
-    const auto fault = state_->begin({Op::write, device, std::nullopt, {}, no_variable});
     Event event = start_event(Op::write, device, pid);
+    const auto fault = state_->begin({Op::write, device, std::nullopt, {}, no_variable});
     event.faulted = fault.has_value();
     const bool crl = state_->is_crl(device);
     const std::size_t most = crl ? std::min(data.size(), longest_crl) : data.size();

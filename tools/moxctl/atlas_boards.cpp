@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "atlas.hpp"
+#include "bytes.hpp"
+#include "facts.hpp"
+#include "family_questions.hpp"
+#include "words.hpp"
+
+#include <moxboot/board.h>
+#include <moxboot/families.h>
+#include <moxboot/measurement.h>
+#include <moxboot/tpm.h>
+
+#include <algorithm>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <stdexcept>
+
+namespace moxctl
+{
+
+namespace
+{
+
+using Object = nlohmann::json;
+
+constexpr std::size_t largest_list = 16UL * 1024 * 1024;
+
+std::optional<std::uint32_t> number_in(const Object &text, const std::string &file)
+{
+    if (text.is_null())
+        return std::nullopt;
+    const auto number = parse_number(text.get<std::string>());
+    if (!number)
+        throw std::runtime_error("in " + file + " " + text.dump() + " is no number");
+    return number;
+}
+
+AtlasBoard board_in(const Object &object, const std::string &file)
+{
+    AtlasBoard board{
+        object.at("name").get<std::string>(), object.at("description").get<std::string>(), true, {}};
+    board.presumed.hard_type = number_in(object.at("hard_type"), file);
+    board.presumed.logic_id = number_in(object.at("logic_id"), file);
+    board.presumed.boot = object.at("boot_env").get<Variables>();
+    board.presumed.platform = object.at("platform_env").get<Variables>();
+    board.presumed.memory = object.at("memory_env").get<Variables>();
+    board.presumed.alone = true;
+    return board;
+}
+
+// With variables that say as little as they can.
+Presumed plain(std::uint32_t hard_type)
+{
+    Presumed presumed{hard_type, 0, {}, {}, {}, std::nullopt, true};
+    presumed.boot = {{"BOOTMEDIA", "NOR"}, {"product_family_type", "0"}, {"product_service_type", "0"}};
+    presumed.platform = {{"curworkmode", "base"}, {"nextworkmode", "base"}};
+    presumed.memory = {{"pack_type", "0"}, {"lcs_reset_flag", "0"}};
+    return presumed;
+}
+
+// All answers that the hard type alone decides. Questions that are reported at each answer are left out:
+// there are many hard types to ask about.
+using Character = std::vector<std::uint32_t>;
+
+Character character_of(std::uint32_t hard_type)
+{
+    Character character{MOX_GetOsType(),
+                        drvboot_IsMpu(hard_type),
+                        drvboot_IsLpu(hard_type),
+                        DrvBootIsTpmsiReady(),
+                        DrvbootIsSupportRemoteAttest(hard_type),
+                        MOX_GetTrustStartupType()};
+    for (const FamilyQuestion &question : family_questions())
+        if (question.by_type != DrvbootIsSupporDataBakup)
+            character.push_back(question.ask().belongs ? 1 : 0);
+    std::uint32_t type = 0, items = 0;
+    (void)PdtSMLInfoGetType(&type); // of a board without measured images it says nothing
+    (void)MOX_GetPdtSTMItemNum(&items);
+    character.push_back(type);
+    character.push_back(items);
+    return character;
+}
+
+} // namespace
+
+std::vector<AtlasBoard> listed_boards(const std::string &file)
+{
+    const Object list = Object::parse(read_file(file, largest_list), nullptr, false);
+    if (!list.is_array())
+        throw std::runtime_error(file + " is no list of boards; \"vboard boards --json\" makes one");
+    std::vector<AtlasBoard> boards;
+    try {
+        for (const Object &object : list)
+            boards.push_back(board_in(object, file));
+    } catch (const Object::exception &error) {
+        throw std::runtime_error(file + " is no list of boards (" + error.what() + ")");
+    }
+    return boards;
+}
+
+std::vector<AtlasBoard> known_hard_types()
+{
+    constexpr std::uint32_t low_half = 0xffff;
+    std::set<std::uint32_t> ranges; // a hard type's upper half
+    std::set<std::uint32_t> known;
+    const auto know = [&](std::uint32_t type) {
+        ranges.insert(type & ~low_half);
+        known.insert(type);
+    };
+    for (const DrvbootHardtypeOstype &row : g_arrHardtype2Ostype)
+        know(row.hard_type);
+    for (const std::uint32_t type : g_ng_board_list)
+        know(type);
+    // Lists that only the library itself sees show in its answers: an unknown board's are others.
+    Presumed presumed = plain(0);
+    presumed.secure_boot = true;
+    const Presumption presumption(presumed);
+    const Character unknown = character_of(0);
+    for (const std::uint32_t range : ranges) {
+        for (std::uint32_t low = 0; low <= low_half; ++low) {
+            presumed.hard_type = range | low;
+            if (character_of(range | low) != unknown)
+                known.insert(range | low);
+        }
+    }
+    std::vector<AtlasBoard> boards;
+    for (const std::uint32_t type : known)
+        boards.push_back({hex_text(type), "a plain board of this hard type", false, plain(type)});
+    return boards;
+}
+
+} // namespace moxctl
