@@ -116,6 +116,13 @@ void Session::start_with_profile(const std::string &text)
     std::filesystem::remove(profile);
 }
 
+void Session::switch_off()
+{
+    must(vboard({"down"}));
+    up_ = false;
+    std::filesystem::remove_all(state_);
+}
+
 void Session::restart()
 {
     must(vboard({"down"}));

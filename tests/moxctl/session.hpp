@@ -38,8 +38,9 @@ class Session : public testing::Test
     void start_board(const std::string &name);
     void start_with_footprint(const std::string &footprint); // a board that has nothing else
     void start_with_profile(const std::string &text);        // without its name
-    void restart();                                          // switched off and on
-    void reset(const Words &options = {});                   // soft where the board can do that
+    void switch_off();
+    void restart();                        // switched off and on
+    void reset(const Words &options = {}); // soft where the board can do that
     Ended moxctl(const Words &words);
     // The object that moxctl prints with --json, which must end with `status`.
     json object(const Words &words, int status = 0);

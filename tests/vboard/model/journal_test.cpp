@@ -99,6 +99,31 @@ TEST(Journal, SurvivesTheWayThroughJson)
     }
 }
 
+TEST(Journal, TellsHowLongARequestTook)
+{
+    Board board(small_profile());
+    Fault slow;
+    slow.delay_ms = 20;
+    board.add_fault(slow);
+    board.ioctl(get(board0, role_item));
+    board.ioctl(get(board0, role_item));
+    const std::vector<Event> events = board.journal();
+    EXPECT_GE(events[0].duration, 0.02);
+    EXPECT_GT(events[1].duration, 0);
+    EXPECT_LT(events[1].duration, events[0].duration);
+    EXPECT_EQ(vboard::event_from_json(to_json(events[0])).duration, events[0].duration);
+}
+
+TEST(Journal, NamesItemsForThoseWithoutATableOfThem)
+{
+    Board board(small_profile());
+    board.ioctl(hard_info({0x10002800, 0x10004711}));
+    board.ioctl(get(board0, 0x10004711));
+    const std::vector<Event> events = board.journal();
+    EXPECT_EQ(to_json(events[0]).at("item_names"), nlohmann::json({"slot number", ""}));
+    EXPECT_FALSE(to_json(events[1]).contains("item_names"));
+}
+
 TEST(Journal, SaysInWordsWhatIsNoEvent)
 {
     for (const char *text : {"[]", "{}", R"({"op":"fly","device":"x"})", R"({"op":"open","device":1})",
