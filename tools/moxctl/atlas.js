@@ -26,7 +26,7 @@ function described(pairs) {
   return node('dl', { class: 'facts' }, ...pairs.map(([name, value]) => node('div', {}, node('dt', {}, name), node('dd', {}, value === '' ? '–' : String(value)))));
 }
 
-const list = (entries) => entries.length ? node('ul', { class: 'files' }, ...entries.map((entry) => node('li', {}, entry))) : node('p', { class: 'soft' }, 'none');
+const list = (entries, style = '') => entries.length ? node('ul', { class: `files ${style}` }, ...entries.map((entry) => node('li', {}, entry))) : node('p', { class: 'soft' }, 'none');
 
 function details(board) {
   return [
@@ -34,7 +34,7 @@ function details(board) {
     node('p', {}, node('button', { type: 'button', click: () => choose(0, board) }, 'Compare: left'), ' ',
       node('button', { type: 'button', click: () => choose(1, board) }, 'Compare: right')),
     described(factsOf(board)),
-    node('h3', {}, 'Families'), list(board.families.map((at) => data.families[at].meaning)),
+    node('h3', {}, 'Families'), list(board.families.map((at) => data.families[at].meaning), 'prose'),
     node('h3', {}, 'Boot files'), list(board.boot_files.map((at) => data.boot_files[at])),
     node('h3', {}, 'Links'), list(board.links.map((at) => `${link(at).destination} → ${link(at).source}`)),
     node('h3', {}, 'Start-up flash'), list(board.preload.map((at) => `${data.preload[at].kind}: ${data.preload[at].file}`)),

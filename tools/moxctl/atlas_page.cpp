@@ -40,7 +40,7 @@ std::string boards_table(Json &atlas)
                       {{"Board"},
                        {"Hard type"},
                        {"Role"},
-                       {"OS type", true},
+                       {"OS type"},
                        {"Flash"},
                        {"Families", true},
                        {"Boot files", true},

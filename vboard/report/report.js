@@ -118,12 +118,12 @@ function intervals(width) {
   const most = Math.max(late * 1.15, ...all.map((one) => one[1]), ...data.watchdog.gaps.map((one) => one.ms));
   const y = (ms) => bottom - Math.sqrt(ms / most) * (bottom - top);
   const drawing = shape('svg', { width, height, viewBox: `0 0 ${width} ${height}` });
-  for (const ms of [0, most / 16, most / 4, most]) {
+  for (const ms of [0, late / 16, late / 4]) {
     drawing.append(shape('line', { class: 'grid', x1: left, x2: right, y1: y(ms), y2: y(ms) }),
       shape('text', { x: left - 8, y: y(ms) + 4, 'text-anchor': 'end' }, span(ms / 1000)));
   }
   drawing.append(shape('line', { class: 'late', x1: left, x2: right, y1: y(late), y2: y(late) }),
-    shape('text', { x: right, y: y(late) - 5, 'text-anchor': 'end' }, `late from ${span(late / 1000)}`));
+    shape('text', { x: right, y: y(late) + 14, 'text-anchor': 'end' }, `late from ${span(late / 1000)}`));
   for (const [time, ms] of all)
     drawing.append(shape('circle', { class: ms > late ? 'bad' : 'accent', cx: place(time), cy: y(ms), r: ms > late ? 4 : 2.5 },
       shape('title', {}, `${clock(time, true)}: ${span(ms / 1000)} after the one before`)));
