@@ -148,7 +148,7 @@ std::string dumped(const std::string &page, const View &view)
     const std::string settings =
         std::string("--blink-settings=preferredColorScheme=") + (view.dark ? "0" : "1");
     const test::Ended ended = test::run(
-        {"timeout", "-k", "5", "50", browser(), "--headless", "--no-sandbox", "--disable-gpu",
+        {"timeout", "-k", "5", "120", browser(), "--headless", "--no-sandbox", "--disable-gpu",
          "--disable-dev-shm-usage", "--disable-background-networking", "--disable-component-update",
          "--no-first-run", "--hide-scrollbars", "--user-data-dir=" + profile.path("profile"), settings,
          "--window-size=1400,900", "--dump-dom", "file://" + fs::absolute(page).string()});

@@ -59,28 +59,61 @@ Presumed plain(std::uint32_t hard_type)
     return presumed;
 }
 
-// All answers that the hard type alone decides. Questions that are reported at each answer are left out:
-// there are many hard types to ask about.
-using Character = std::vector<std::uint32_t>;
-
-Character character_of(std::uint32_t hard_type)
+std::uint32_t measured_type(std::uint32_t)
 {
-    Character character{MOX_GetOsType(),
-                        drvboot_IsMpu(hard_type),
-                        drvboot_IsLpu(hard_type),
-                        DrvBootIsTpmsiReady(),
-                        DrvbootIsSupportRemoteAttest(hard_type),
-                        MOX_GetTrustStartupType()};
-    for (const FamilyQuestion &question : family_questions())
-        if (question.by_type != DrvbootIsSupporDataBakup)
-            character.push_back(question.ask().belongs ? 1 : 0);
-    std::uint32_t type = 0, items = 0;
+    std::uint32_t type = 0;
     (void)PdtSMLInfoGetType(&type); // of a board without measured images it says nothing
-    (void)MOX_GetPdtSTMItemNum(&items);
-    character.push_back(type);
-    character.push_back(items);
-    return character;
+    return type;
 }
+
+std::uint32_t measured_items(std::uint32_t)
+{
+    std::uint32_t items = 0;
+    (void)MOX_GetPdtSTMItemNum(&items);
+    return items;
+}
+
+// What the hard type alone decides, beside the families.
+constexpr std::uint32_t (*traits[])(std::uint32_t hard_type) = {
+    [](std::uint32_t) { return MOX_GetOsType(); },
+    drvboot_IsMpu,
+    drvboot_IsLpu,
+    [](std::uint32_t) { return DrvBootIsTpmsiReady(); },
+    DrvbootIsSupportRemoteAttest,
+    [](std::uint32_t) { return MOX_GetTrustStartupType(); },
+    measured_type,
+    measured_items,
+};
+
+// Tells whether the library tells the board that is presumed from one that it does not know. There are many
+// hard types to ask about: questions that are reported at each answer are left out, and the first answer that
+// is another one will do.
+class Unknown
+{
+  public:
+    Unknown() // while a board is presumed that is not known
+    {
+        for (std::size_t i = 0; i < std::size(traits); ++i)
+            traits_[i] = traits[i](0);
+        for (const FamilyQuestion &question : family_questions())
+            if (question.by_type != DrvbootIsSupporDataBakup)
+                families_.emplace_back(&question, question.ask().belongs);
+    }
+    bool is(std::uint32_t hard_type) const
+    {
+        for (std::size_t i = 0; i < std::size(traits); ++i)
+            if (traits[i](hard_type) != traits_[i])
+                return false;
+        for (const auto &[question, belongs] : families_)
+            if (question->ask().belongs != belongs)
+                return false;
+        return true;
+    }
+
+  private:
+    std::uint32_t traits_[std::size(traits)] = {};
+    std::vector<std::pair<const FamilyQuestion *, bool>> families_;
+};
 
 } // namespace
 
@@ -116,11 +149,11 @@ std::vector<AtlasBoard> known_hard_types()
     Presumed presumed = plain(0);
     presumed.secure_boot = true;
     const Presumption presumption(presumed);
-    const Character unknown = character_of(0);
+    const Unknown unknown;
     for (const std::uint32_t range : ranges) {
         for (std::uint32_t low = 0; low <= low_half; ++low) {
             presumed.hard_type = range | low;
-            if (character_of(range | low) != unknown)
+            if (!unknown.is(range | low))
                 known.insert(range | low);
         }
     }
