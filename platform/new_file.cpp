@@ -57,6 +57,7 @@ bool flush_folder(const char *path)
     return file.usable() && fsync(file.get()) == 0;
 }
 
+// cppcheck-suppress uninitMemberVar ; opening fills the name
 NewFile::NewFile(const char *path, mode_t mode) : path_(path), mode_(mode), file_(open_beside(path, beside_))
 {
 }

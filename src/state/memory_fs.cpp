@@ -22,6 +22,7 @@ constexpr const char *mounts = "/proc/mounts";
 class MountTable
 {
   public:
+    // cppcheck-suppress uninitMemberVar ; the line is filled before it is read
     MountTable() : file_(setmntent(mounts, "r")) {}
     MountTable(const MountTable &) = delete;
     MountTable &operator=(const MountTable &) = delete;
