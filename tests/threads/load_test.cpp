@@ -19,14 +19,6 @@
 #include <thread>
 #include <unistd.h>
 
-// The last reading of the clock is everybody's, and bare on purpose: a race only changes which readings count
-// as repeated. Nothing else may race.
-extern "C" const char *__tsan_default_suppressions();
-extern "C" const char *__tsan_default_suppressions()
-{
-    return "race_top:entropy_gettime\n";
-}
-
 namespace test
 {
 namespace

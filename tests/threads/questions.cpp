@@ -3,7 +3,6 @@
 
 #include <moxboot/moxboot.h>
 
-#include <algorithm>
 #include <cstring>
 
 namespace test
@@ -97,15 +96,6 @@ std::string item(std::uint32_t code)
     return text(result) + " " + text(value);
 }
 
-// Random bytes have no fixed answer; no two neighbours are equal.
-std::string random_bytes()
-{
-    std::uint8_t bytes[16] = {};
-    const std::uint32_t result = entropy_read(bytes, sizeof bytes);
-    const bool repeated = std::adjacent_find(std::begin(bytes), std::end(bytes)) != std::end(bytes);
-    return text(result) + (repeated ? " repeated" : "");
-}
-
 std::string running()
 {
     std::uint64_t seconds = 0;
@@ -174,7 +164,6 @@ std::vector<Question> product_questions()
         {"trusted start-up", plain<MOX_GetTrustStartupType>, "3"},
         {"secure boot", plain<Drvboot_GetSecureBootType>, "1"},
         {"MCU", plain<MOX_IsSupportMcu>, "0"},
-        {"random bytes", random_bytes, "0"},
         {"next generation", predicate<DrvBoot_IsNgBoard>, {}},
         {"Qs3520", predicate<DrvBoot_Qs3520>, {}},
         {"Qs3540", predicate<DrvBoot_Qs3540>, "0 0"},

@@ -25,11 +25,11 @@ LibcCall on_path(const char *function, const void *caller, const char *path, std
     return call;
 }
 
-// The address sanitizer stops the program at this flag, which would keep its own definitions out of the
+// The sanitizers stop the program at this flag, which would keep their own definitions out of the
 // library.
 constexpr int allowed(int flags)
 {
-#ifdef VBOARD_ADDRESS_SANITIZER
+#ifdef VBOARD_SANITIZER
     return flags & ~RTLD_DEEPBIND;
 #else
     return flags;
