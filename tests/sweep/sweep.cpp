@@ -155,6 +155,16 @@ Tally call_once(const Row &row)
     return tally;
 }
 
+std::map<std::string, std::size_t> calls_of(const Row &row)
+{
+    watch();
+    Tally tally;
+    std::map<std::string, std::size_t> counts;
+    for (const char *function : Function(row, tally).run({}, "nothing fails"))
+        ++counts[function];
+    return counts;
+}
+
 Tally sweep(const Row &row)
 {
     watch();

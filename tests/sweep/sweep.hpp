@@ -6,6 +6,7 @@
 #include "sweep/row.hpp"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -25,5 +26,7 @@ struct Tally {
 Tally sweep(const Row &row);
 // Without faults: every function is called once.
 Tally call_once(const Row &row);
+// Which calls that makes, and how many of each.
+std::map<std::string, std::size_t> calls_of(const Row &row);
 
 } // namespace sweep

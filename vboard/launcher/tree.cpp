@@ -84,8 +84,14 @@ void make_devices(const Mounts &mounts)
     mounts.memory("vboard-dev", "/dev", "mode=0755");
     for (const char *name : {"null", "zero", "full", "random", "urandom", "tty", "pts"}) {
         const fs::path path = fs::path("/dev") / name;
-        if (fs::exists(fs::symlink_status(below(host, path))))
-            show(mounts, path);
+        const fs::file_status status = fs::symlink_status(below(host, path));
+        if (!fs::exists(status))
+            continue;
+        show(mounts, path);
+        // They are the machine's own: who takes one for a file of the board must not change its mode or its
+        // owner. What is written to a device is no change of the file system.
+        if (fs::is_character_file(status))
+            mounts.read_only(path);
     }
     make_device_links();
     fs::create_directory("/dev/shm");

@@ -102,6 +102,17 @@ TEST(Tree, HasTheBoardsOwnPlaces)
     EXPECT_THAT(outcome.out, HasSubstr("opt/moxv8/var\nopt/moxv8bak\n\n\n\n1777\n2\n"));
 }
 
+// To the mode that it has: should nothing stand in the way, no harm is done.
+TEST(Tree, LeavesTheMachinesDevicesAsTheyAre)
+{
+    const std::string script =
+        "chmod $(stat -c %a /dev/null) /dev/null; echo $?; chown $(stat -c %u /dev/zero) /dev/zero; echo $?;"
+        "echo x > /dev/null && head -c2 /dev/zero | wc -c";
+    const Outcome outcome = call_vboard({"tree", "--", "sh", "-c", script});
+    EXPECT_EQ(outcome.out, "1\n1\n2\n") << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr("Read-only file system"));
+}
+
 TEST(Tree, KeepsItsFilesInTheState)
 {
     Directory state;
