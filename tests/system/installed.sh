@@ -6,7 +6,9 @@ set -eu
 cmake=$1 build=$2 consumer=$3 readme=$4
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-"$cmake" --install "$build" --prefix "$work/first" >/dev/null
+for component in runtime dev moxctl; do
+  "$cmake" --install "$build" --component "$component" --prefix "$work/first" >/dev/null
+done
 # An installed tree can be moved.
 mv "$work/first" "$work/moved"
 libdir=$(dirname "$(find "$work/moved" -name libmoxboot.so | head -n 1)")
