@@ -36,9 +36,11 @@ class PreResetProcessesTest : public PreResetTest
 {
   protected:
     // The announcing process. It waits until somebody listens, which the pipe itself tells, announces, waits
-    // for the answer, and prints how that went.
+    // for the answer, and prints how that went. While a registration makes the pipes it looks into each for a
+    // moment, which is not listening; the second one is there when it has done with the first.
     static void announce()
     {
+        EXPECT_TRUE(comes_true([] { return access(answer_pipe, F_OK) == 0; }));
         const std::size_t before = calls("write").size();
         for (;;) {
             PreReset_Req();
