@@ -45,7 +45,7 @@ moxboot_package(moxctl moxctl admin
   "command line of a MOX board"
   "Shows and changes what the boot driver library knows of its board, installs software packages, and plans installations for any board.")
 moxboot_package(vboard moxboot-vboard devel
-  "libmoxboot${PROJECT_VERSION_MAJOR} ${_this}, ${_run_time}, libfuse3-3 (>= 3.14), libubootenv0.1 (>= 0.3), libarchive13 (>= 3.6), zlib1g"
+  "libmoxboot${PROJECT_VERSION_MAJOR} ${_this}, ${_run_time}, libfuse3-3 (>= 3.14), libubootenv0.1 (>= 0.3), libtomlplusplus3 (>= 3.3), libarchive13 (>= 3.6), zlib1g"
   "virtual MOX boards"
   "Runs programs on a board that is not there: its device files, boot environment, watchdog, resets and file tree, with planned faults and a journal of the conversation with the driver.")
 set(CPACK_DEBIAN_DEV_PACKAGE_SUGGESTS "cmake, pkg-config, moxboot-vboard")

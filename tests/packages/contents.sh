@@ -24,6 +24,7 @@ libmbedcrypto.so.7  libmbedcrypto7
 libarchive.so.13    libarchive13
 libfuse3.so.3       libfuse3-3
 libz.so.1           zlib1g
+libtomlplusplus.so.3 libtomlplusplus3
 libubootenv.so.0.1  libubootenv0.1
 libubootenv.so.0    libubootenv0.1
 libmoxboot.so.1     libmoxboot1

@@ -21,7 +21,7 @@ checked=0
 while IFS= read -r file; do
   [ "$(head -c 4 "$file" | tr -d '\0')" = $'\177ELF' ] || continue
   name=${file##*/}
-  name=${name%.so.*}${name:+$([[ $name == *.so.* ]] && echo .so)}
+  [[ $name != *.so.* ]] || name=${name%%.so.*}.so
   checked=$((checked + 1))
   segments=$(readelf -lW "$file") dynamic=$(readelf -dW "$file" 2>/dev/null) symbols=$(readelf -W --dyn-syms "$file")
   grep -q GNU_RELRO <<<"$segments" || complain "$file" "no RELRO"

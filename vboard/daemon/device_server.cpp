@@ -8,6 +8,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <filesystem>
+#include <iterator>
 #include <sys/socket.h>
 #include <system_error>
 #include <thread>
@@ -203,7 +204,8 @@ IoResult DeviceServer::write(Connection &connection, const Bytes &data, int pid)
         return {-1, EBADF, {}};
     IoResult result = board_.write(connection.device, data, pid, &connection.position);
     if (result.result > 0 && static_cast<std::size_t>(result.result) <= data.size())
-        sink_(connection.device, Bytes(data.begin(), data.begin() + result.result));
+        sink_(connection.device,
+              Bytes(data.begin(), std::next(data.begin(), static_cast<std::ptrdiff_t>(result.result))));
     return result;
 }
 
