@@ -17,7 +17,7 @@ if [ ! -e "$base" ]; then
   for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.sources /etc/apt/sources.list.d/*.list; do
     [ ! -s "$file" ] || sources+=("$file")
   done
-  unshare -m --propagation private mmdebstrap --mode=root --variant=apt --include=gcc,libc6-dev,make \
+  unshare -m --propagation private mmdebstrap --mode=root --format=tar --variant=apt --include=gcc,libc6-dev,make,mount \
     bookworm "$base.new" "${sources[@]}" >"$packages/clean-root.log" 2>&1 ||
     { tail -n 5 "$packages/clean-root.log"; skip "no clean root could be made"; }
   mv "$base.new" "$base"
