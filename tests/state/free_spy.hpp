@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// Which blocks are given back while something runs. The compiler may let a function of the library end in
-// free() itself, and then the caller of free() is the test.
+// Which blocks the calling thread gives back while something runs; a test has threads of its own beside it.
+// The compiler may let a function of the library end in free() itself, and then the caller of free() is the
+// test.
 #pragma once
 
 #include "support/from_library.hpp"
 
 #include <functional>
+#include <pthread.h>
 #include <string_view>
 #include <vector>
 
@@ -13,11 +15,13 @@ namespace test
 {
 
 inline std::vector<const void *> *freed_blocks = nullptr;
+inline pthread_t freeing_thread;
 
 inline std::optional<vboard::LibcAnswer> on_call_with_free_spy(const vboard::LibcCall &call)
 {
     if (std::string_view(call.function) == "free") {
-        freed_blocks->push_back(call.data);
+        if (pthread_equal(pthread_self(), freeing_thread))
+            freed_blocks->push_back(call.data);
         return on_library_call(call);
     }
     return on_any_call(call);
@@ -27,6 +31,7 @@ inline std::vector<const void *> freed_during(const std::function<void()> &actio
 {
     std::vector<const void *> blocks;
     freed_blocks = &blocks;
+    freeing_thread = pthread_self();
     vboard::set_libc_hook(on_call_with_free_spy);
     action();
     vboard::set_libc_hook(on_any_call);
