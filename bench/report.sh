@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# report.sh FOLDER START-UP LIBRARY: what scripts/bench has measured into FOLDER, as one page.
+# report.sh FOLDER START-UP: what scripts/bench has measured into FOLDER, as one page.
 set -eu
-out=$1 start_up=$2 library=$3
+out=$1 start_up=$2
 fields() { # fields FILE HEAD...: a file of fields as a table
   local file=$1
   shift

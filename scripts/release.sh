@@ -4,8 +4,6 @@
 # The packages of both architectures come to build/packages, and nothing else is left there.
 build_packages() {
   local preset
-  # What the compiler cache holds knows nothing of where it was compiled; a release is the same wherever it was.
-  local -x CCACHE_DISABLE=1
   mkdir -p build/packages
   rm -f build/packages/*.deb
   for preset in release release-armhf; do

@@ -16,9 +16,9 @@ mkdir -p "$work/a folder with another name/moxboot"
 cd "$work/a folder with another name/moxboot"
 cp -r "$project"/{CMakeLists.txt,CMakePresets.json,CHANGELOG.md,LICENSE,cmake,include,src,platform,completion,docs,man} .
 libraries=(moxboot moxplatform drv_basic drv_secure nb_bsp moxpackage)
-{ CCACHE_DISABLE=1 cmake --preset "$preset" -DMOXBOOT_VBOARD=OFF -DMOXBOOT_TOOLS=OFF \
+{ cmake --preset "$preset" -DMOXBOOT_VBOARD=OFF -DMOXBOOT_TOOLS=OFF \
     -DMOXBOOT_ARM_SYSROOT="$project/build/sysroot-armhf" &&
-  CCACHE_DISABLE=1 cmake --build "build/$preset" -t "${libraries[@]}" &&
+  cmake --build "build/$preset" -t "${libraries[@]}" &&
   cmake --install "build/$preset" --component runtime --strip --prefix "$work/elsewhere"; } >"$work/log" 2>&1 ||
   { tail -n 30 "$work/log"; exit 1; }
 
