@@ -10,9 +10,7 @@ namespace sweep
 namespace
 {
 
-// The first way is one that can also last: no signal comes for ever.
-// What of these a table's row means: a result of -1, a null pointer, a result that says what is wrong by
-// itself.
+// A result of -1, a null pointer, a result that says by itself what is wrong.
 std::vector<Fault> minus_one(std::initializer_list<int> errors)
 {
     std::vector<Fault> all;
@@ -48,6 +46,7 @@ struct Row {
     std::vector<Fault> faults;
 };
 
+// A row's first way is one that can also last: no signal comes for ever.
 const std::vector<Row> &table()
 {
     static const auto *all = new std::vector<Row>{

@@ -94,8 +94,7 @@ void watched_trace(uint32_t, uint32_t, const char *format, ...)
     va_end(args);
 }
 
-// ---- the platform's bounds-checked functions: a failure leaves the destination empty
-// -----------------------
+// ---- the platform's bounds-checked functions: a failure leaves the destination empty ----------------------
 
 void empty(char *dest, size_t dest_max)
 {

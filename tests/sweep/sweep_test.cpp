@@ -92,8 +92,7 @@ TEST(FaultSweepTableTest, WatchesAllThatTheLibraryCalls)
 }
 #endif
 
-// ---- a sweep that finds nothing anywhere would be worth nothing: claims that do not hold, and what comes of
-// them -----
+// A sweep that finds nothing would be worth nothing: claims that do not hold, and what comes of them.
 
 std::vector<std::string> violations_of(const Row &row)
 {
