@@ -14,9 +14,14 @@ if(MOXBOOT_WERROR)
 endif()
 target_link_options(moxboot_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
 
-# A release is the same, byte for byte, wherever it was built.
-foreach(_folder ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})
-  target_compile_options(moxboot_options INTERFACE $<$<CONFIG:Release>:-ffile-prefix-map=${_folder}=.>)
+# A release is the same, byte for byte, wherever it was built, and wherever the target's packages were unpacked for it.
+set(_renamed "${CMAKE_BINARY_DIR}=." "${CMAKE_SOURCE_DIR}=.")
+if(MOXBOOT_ARM_SYSROOT)
+  get_filename_component(_sysroot ${MOXBOOT_ARM_SYSROOT} ABSOLUTE)
+  list(APPEND _renamed "${_sysroot}=") # may lie in the project: the last name that fits is taken
+endif()
+foreach(_folder ${_renamed})
+  target_compile_options(moxboot_options INTERFACE $<$<CONFIG:Release>:-ffile-prefix-map=${_folder}>)
 endforeach()
 
 # A target with the property MOXBOOT_UNOPTIMIZED needs to compile quickly, not to run quickly. Fortified calls need the optimizer.
