@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <sstream>
 
 namespace test
 {
@@ -16,6 +17,8 @@ using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
 
 const std::string root = "/opt/moxv8/program";
 
@@ -199,6 +202,36 @@ TEST_F(Install, A_logic_id_that_cannot_be_read_fails)
     const Ended ended = moxctl({"install", folder_.sample("s.tar"), "--root", root, "--quiet"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_THAT(ended.err, HasSubstr("the links by logic id were not made (code "));
+}
+
+// What a terminal shows in one line, one after the other.
+std::vector<std::string> drawn_for(const std::string &step, const std::string &shown)
+{
+    std::vector<std::string> lines;
+    std::istringstream parts(shown);
+    for (std::string part; std::getline(parts, part, '\r');)
+        if (part.starts_with(step))
+            lines.push_back(part);
+    return lines;
+}
+
+TEST_F(Install, On_a_terminal_a_bar_tells_how_far_a_step_is)
+{
+    start_board("ng-qs3540-mpu");
+    const Ended ended = moxctl_on_terminal({"install", folder_.sample("s.tar"), "--root", root});
+    EXPECT_EQ(ended.status, 0) << testing::PrintToString(ended);
+    const std::string step = "unpacking 108 run files";
+    const auto lines = drawn_for(step, ended.out);
+    ASSERT_GE(lines.size(), 25u); // one for each length of the bar
+    for (const std::string &line : lines)
+        EXPECT_EQ(line.size(), 79u) << line; // covers what was there before
+    EXPECT_THAT(lines.front(), StartsWith(step + " [                        ]   0% "));
+    EXPECT_THAT(lines.back(), StartsWith(step + " [########################] 100% "));
+    EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end(), [](const auto &one, const auto &other) {
+        const auto filled = [](const std::string &line) { return std::count(line.begin(), line.end(), '#'); };
+        return filled(one) < filled(other);
+    }));
+    EXPECT_THAT(drawn_for("writing the start-up flash /boot/ospkg_qs3540_mpu.bin", ended.out), SizeIs(1));
 }
 
 TEST_F(Install, Steps_are_told_one_a_line_where_there_is_no_terminal)

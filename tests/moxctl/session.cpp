@@ -141,6 +141,14 @@ Ended Session::moxctl(const Words &words)
     return run(moxctl_words(words));
 }
 
+Ended Session::moxctl_on_terminal(const Words &words)
+{
+    std::string line;
+    for (const std::string &word : moxctl_words(words))
+        line += '\'' + word + "' ";
+    return run({"script", "--quiet", "--return", "--command", line, "/dev/null"});
+}
+
 Ended Session::on_board(const Words &command)
 {
     return vboard({"exec"}, {}, command);

@@ -42,6 +42,8 @@ class Session : public testing::Test
     void restart();                        // switched off and on
     void reset(const Words &options = {}); // soft where the board can do that
     Ended moxctl(const Words &words);
+    // With both outputs on one terminal, which ends lines with "\r\n".
+    Ended moxctl_on_terminal(const Words &words);
     // The object that moxctl prints with --json, which must end with `status`.
     json object(const Words &words, int status = 0);
     // What moxctl prints on standard output; it must be done, with nothing on standard error.

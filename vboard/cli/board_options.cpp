@@ -41,20 +41,17 @@ BoardPlan plan_of(const BoardOptions &options)
 
 } // namespace
 
-void add_board_options(CLI::App &app, BoardOptions &options)
+void add_board_options(Arguments line, BoardOptions &options)
 {
-    app.add_option(
-        "--board", options.board,
-        "name of a board (see \"vboard boards\") or a profile file (default: the state's own, or " +
-            std::string(default_board) + ")");
-    app.add_option("--hard-type", options.hard_type, "make it a board of this hard type");
-    app.add_option("--fault", options.faults,
-                   "planned fault, as the words after \"fault add\" in one argument; may be repeated")
-        ->take_all();
-    app.add_option(
-           "--keep", options.keep,
-           "path of the host to keep reachable where the board has a directory of its own; may be repeated")
-        ->take_all();
+    line.text("--board", options.board,
+              "name of a board (see \"vboard boards\") or a profile file (default: the state's own, or " +
+                  std::string(default_board) + ")");
+    line.text("--hard-type", options.hard_type, "make it a board of this hard type");
+    line.texts("--fault", options.faults,
+               "planned fault, as the words after \"fault add\" in one argument; may be repeated");
+    line.texts(
+        "--keep", options.keep,
+        "path of the host to keep reachable where the board has a directory of its own; may be repeated");
 }
 
 fs::path profile_file(const fs::path &state, const std::string &board)
@@ -74,10 +71,10 @@ Prepared::Prepared(const BoardOptions &options, const fs::path &directory)
     prepare_tree(state_.directory());
 }
 
-void add_state_option(CLI::App &app, std::string &state)
+void add_state_option(Arguments line, std::string &state)
 {
-    app.add_option("--state", state,
-                   "the board's directory (default: $VBOARD_STATE or ~/.local/state/vboard/default)");
+    line.text("--state", state,
+              "the board's directory (default: $VBOARD_STATE or ~/.local/state/vboard/default)");
 }
 
 fs::path state_directory(const std::string &option)

@@ -2,9 +2,8 @@
 // Which board is meant, and everything that is found out about it before its process starts.
 #pragma once
 
+#include "cli/arguments.hpp"
 #include "daemon/process.hpp"
-
-#include <CLI/CLI.hpp>
 
 #include <string>
 #include <vector>
@@ -16,7 +15,7 @@ struct BoardOptions {
     std::string board, hard_type, state;
     std::vector<std::string> faults, keep;
 };
-void add_board_options(CLI::App &app, BoardOptions &options);
+void add_board_options(Arguments line, BoardOptions &options);
 
 // The profile of the board that is asked for by name or file; empty: the state directory has one. Throws
 // ProfileError when there is no such board.
@@ -48,7 +47,7 @@ class Prepared
 };
 
 // The state directory that a verb on an existing board means.
-void add_state_option(CLI::App &app, std::string &state);
+void add_state_option(Arguments line, std::string &state);
 std::filesystem::path state_directory(const std::string &option);
 
 } // namespace vboard::cli

@@ -60,9 +60,9 @@ json described(const Profile &profile)
             {"tpm2", profile.tpm2}};
 }
 
-void add_options(CLI::App &app, Options &options)
+void add_options(Arguments line, Options &options)
 {
-    app.add_flag("--json", options.json, "as JSON");
+    line.flag("--json", options.json, "as JSON");
 }
 
 int boards(const Options &options, const Call &)
@@ -89,9 +89,9 @@ int boards(const Options &options, const Call &)
 
 } // namespace
 
-void add_boards(CLI::App &app, Call &call)
+void add_boards(Arguments line, Call &call)
 {
-    add_verb<Options>(app, call, "boards", "List the boards that there are", add_options, boards);
+    add_verb<Options>(line, call, "boards", "List the boards that there are", add_options, boards);
 }
 
 } // namespace vboard::cli

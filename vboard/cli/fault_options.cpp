@@ -45,30 +45,28 @@ bool has_effect(const Fault &fault)
 
 } // namespace
 
-void add_fault_options(CLI::App &app, FaultOptions &options)
+void add_fault_options(Arguments line, FaultOptions &options)
 {
-    app.add_option("operation", options.operation, "open, ioctl, read, write or lseek")->required();
-    app.add_option("device", options.device, "device path, or \"any\"")->required();
-    app.add_option("--item", options.item, "only requests for this item code")->group("Which operations");
-    app.add_option("--request", options.request, "only this ioctl request number")->group("Which operations");
-    app.add_option("--variable", options.variable, "only requests for this boot variable")
-        ->group("Which operations");
-    app.add_option("--skip", options.skip, "let so many pass first")->group("Which operations");
-    app.add_option("--times", options.times, "then strike so many times; 0: for ever (default: 1)")
-        ->group("Which operations");
-    app.add_option("--errno", options.error, "fail with this error, by name or number")
-        ->group("What happens");
-    app.add_option("--code", options.code, "return code of the driver in the reply")->group("What happens");
-    app.add_option("--result", options.result, "result of the ioctl instead of 0")->group("What happens");
-    app.add_option("--reply", options.reply, "OFFSET=WORD: put a 32-bit word into the reply; may be repeated")
-        ->take_all()
-        ->group("What happens");
-    app.add_option("--cut", options.cut, "fill, read or write so many bytes only")->group("What happens");
-    app.add_option("--value-size", options.value_size, "size that a variable's value is said to have")
-        ->group("What happens");
-    app.add_option("--value", options.value, "value of a variable, given back without a terminator")
-        ->group("What happens");
-    app.add_option("--delay", options.delay, "take so many milliseconds")->group("What happens");
+    line.text("operation", options.operation, "open, ioctl, read, write or lseek").required();
+    line.text("device", options.device, "device path, or \"any\"").required();
+    line.text("--item", options.item, "only requests for this item code").under("Which operations");
+    line.text("--request", options.request, "only this ioctl request number").under("Which operations");
+    line.text("--variable", options.variable, "only requests for this boot variable")
+        .under("Which operations");
+    line.text("--skip", options.skip, "let so many pass first").under("Which operations");
+    line.text("--times", options.times, "then strike so many times; 0: for ever (default: 1)")
+        .under("Which operations");
+    line.text("--errno", options.error, "fail with this error, by name or number").under("What happens");
+    line.text("--code", options.code, "return code of the driver in the reply").under("What happens");
+    line.text("--result", options.result, "result of the ioctl instead of 0").under("What happens");
+    line.texts("--reply", options.reply, "OFFSET=WORD: put a 32-bit word into the reply; may be repeated")
+        .under("What happens");
+    line.text("--cut", options.cut, "fill, read or write so many bytes only").under("What happens");
+    line.text("--value-size", options.value_size, "size that a variable's value is said to have")
+        .under("What happens");
+    line.text("--value", options.value, "value of a variable, given back without a terminator")
+        .under("What happens");
+    line.text("--delay", options.delay, "take so many milliseconds").under("What happens");
 }
 
 Fault to_fault(const FaultOptions &options)
@@ -109,12 +107,10 @@ Fault to_fault(const FaultOptions &options)
 
 Fault parse_fault(const std::string &text)
 {
-    CLI::App app("planned fault");
     FaultOptions options;
-    add_fault_options(app, options);
     try {
-        app.parse(text);
-    } catch (const CLI::ParseError &error) {
+        parse(text, [&options](Arguments line) { add_fault_options(line, options); });
+    } catch (const std::runtime_error &error) {
         throw UsageError("fault \"" + text + "\": " + error.what());
     }
     return to_fault(options);

@@ -2,11 +2,9 @@
 // A planned fault as the command line gives it: "ioctl /dev/board0 --item 0x10002987 --errno EIO".
 #pragma once
 
+#include "cli/arguments.hpp"
 #include "model/board.hpp"
 
-#include <CLI/CLI.hpp>
-
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,7 +19,7 @@ struct FaultOptions {
 };
 
 // Adds the words of a fault to a command line.
-void add_fault_options(CLI::App &app, FaultOptions &options);
+void add_fault_options(Arguments line, FaultOptions &options);
 
 // Throws UsageError.
 Fault to_fault(const FaultOptions &options);

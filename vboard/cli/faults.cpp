@@ -26,21 +26,21 @@ struct Options {
     bool json = false;
 };
 
-void add_add_options(CLI::App &app, AddOptions &options)
+void add_add_options(Arguments line, AddOptions &options)
 {
-    add_state_option(app, options.state);
-    add_fault_options(app, options.fault);
+    add_state_option(line, options.state);
+    add_fault_options(line, options.fault);
 }
 
-void add_list_options(CLI::App &app, Options &options)
+void add_list_options(Arguments line, Options &options)
 {
-    add_state_option(app, options.state);
-    app.add_flag("--json", options.json, "as JSON");
+    add_state_option(line, options.state);
+    line.flag("--json", options.json, "as JSON");
 }
 
-void add_clear_options(CLI::App &app, Options &options)
+void add_clear_options(Arguments line, Options &options)
 {
-    add_state_option(app, options.state);
+    add_state_option(line, options.state);
 }
 
 // "ioctl /dev/board0 errno=EIO skip=1": what it is about first.
@@ -83,15 +83,14 @@ int clear(const Options &options, const Call &)
 
 } // namespace
 
-void add_faults(CLI::App &app, Call &call)
+void add_faults(Arguments line, Call &call)
 {
-    CLI::App *fault = app.add_subcommand("fault", "Plan faults on the board's devices");
-    fault->require_subcommand(1);
-    add_verb<AddOptions>(*fault, call, "add", "Plan one: vboard fault add ioctl /dev/board0 --errno EIO",
+    Arguments fault = line.group("fault", "Plan faults on the board's devices");
+    add_verb<AddOptions>(fault, call, "add", "Plan one: vboard fault add ioctl /dev/board0 --errno EIO",
                          add_add_options, add);
-    add_verb<Options>(*fault, call, "list", "List the faults that have not struck for good", add_list_options,
+    add_verb<Options>(fault, call, "list", "List the faults that have not struck for good", add_list_options,
                       list);
-    add_verb<Options>(*fault, call, "clear", "Forget all planned faults", add_clear_options, clear);
+    add_verb<Options>(fault, call, "clear", "Forget all planned faults", add_clear_options, clear);
 }
 
 } // namespace vboard::cli

@@ -21,11 +21,11 @@ struct Options {
     bool follow = false;
 };
 
-void add_options(CLI::App &app, Options &options)
+void add_options(Arguments line, Options &options)
 {
-    add_state_option(app, options.state);
-    app.add_flag("--json", options.json, "one JSON object a line");
-    app.add_flag("-f,--follow", options.follow, "go on with what comes, until interrupted");
+    add_state_option(line, options.state);
+    line.flag("--json", options.json, "one JSON object a line");
+    line.flag("-f,--follow", options.follow, "go on with what comes, until interrupted");
 }
 
 // Prints the whole lines that the file has beyond what was read before. What has no end yet waits for it,
@@ -64,9 +64,9 @@ int log(const Options &options, const Call &)
 
 } // namespace
 
-void add_log(CLI::App &app, Call &call)
+void add_log(Arguments line, Call &call)
 {
-    add_verb<Options>(app, call, "log", "Show what programs asked the driver and what it answered",
+    add_verb<Options>(line, call, "log", "Show what programs asked the driver and what it answered",
                       add_options, log);
 }
 

@@ -67,37 +67,31 @@ class Directory
     bool temporary_;
 };
 
-void add_no_options(CLI::App &, NoOptions &) {}
+void add_no_options(Arguments, NoOptions &) {}
 
-void add_boot_options(CLI::App &app, Options &options)
+void add_boot_options(Arguments line, Options &options)
 {
-    app.add_option("--board", options.board, "name of a board (see \"vboard boards\")")
-        ->capture_default_str();
-    app.add_option("--dir", options.directory,
-                   "keep the machine's disk and what it shares in this directory (default: a temporary one)");
-    app.add_option("--put", options.put, "file that the machine finds in /share; may be repeated")
-        ->take_all();
+    line.text("--board", options.board, "name of a board (see \"vboard boards\")").shows_default();
+    line.text("--dir", options.directory,
+              "keep the machine's disk and what it shares in this directory (default: a temporary one)");
+    line.texts("--put", options.put, "file that the machine finds in /share; may be repeated");
 }
 
-void add_run_options(CLI::App &app, Options &options)
+void add_run_options(Arguments line, Options &options)
 {
-    add_boot_options(app, options);
-    app.add_option(
-           "--cycles", options.cycles,
-           "how often the machine may start; the command runs after each, and $MACHINE_START counts them")
-        ->capture_default_str()
-        ->check(CLI::Range(1U, 100U));
-    app.add_option("--timeout", options.seconds, "seconds until the power is taken away")
-        ->capture_default_str()
-        ->check(CLI::Range(1U, 3600U));
+    add_boot_options(line, options);
+    line.number(
+        "--cycles", options.cycles, 1, 100,
+        "how often the machine may start; the command runs after each, and $MACHINE_START counts them");
+    line.number("--timeout", options.seconds, 1, 3600, "seconds until the power is taken away");
 }
 
-void add_test_options(CLI::App &app, Options &options)
+void add_test_options(Arguments line, Options &options)
 {
-    add_run_options(app, options);
-    app.add_option("programs", options.programs,
-                   "ARM programs of the host (default: those that lie on the machine)");
-    app.add_option("--results", options.results, "folder for the results as XML (default: none is kept)");
+    add_run_options(line, options);
+    line.texts("programs", options.programs,
+               "ARM programs of the host (default: those that lie on the machine)");
+    line.text("--results", options.results, "folder for the results as XML (default: none is kept)");
 }
 
 int build_machine(const NoOptions &, const Call &)
@@ -196,17 +190,16 @@ int test_on_machine(const Options &options, const Call &)
 
 } // namespace
 
-void add_machine(CLI::App &app, Call &call)
+void add_machine(Arguments line, Call &call)
 {
-    CLI::App *verb = app.add_subcommand("machine", "The board as a whole machine in a system emulator");
-    verb->require_subcommand(1);
-    add_verb<NoOptions>(*verb, call, "build",
+    Arguments verbs = line.group("machine", "The board as a whole machine in a system emulator");
+    add_verb<NoOptions>(verbs, call, "build",
                         "Put the machine together: kernel, library, tools, start-up files", add_no_options,
                         build_machine);
-    add_verb<Options>(*verb, call, "boot", "Start it, with a shell on the board", add_boot_options, boot);
-    add_verb<Options>(*verb, call, "run", "Run a command on it: vboard machine run -- COMMAND",
+    add_verb<Options>(verbs, call, "boot", "Start it, with a shell on the board", add_boot_options, boot);
+    add_verb<Options>(verbs, call, "run", "Run a command on it: vboard machine run -- COMMAND",
                       add_run_options, run_on_machine, true);
-    add_verb<Options>(*verb, call, "test", "Run test programs on it", add_test_options, test_on_machine);
+    add_verb<Options>(verbs, call, "test", "Run test programs on it", add_test_options, test_on_machine);
 }
 
 } // namespace vboard::cli

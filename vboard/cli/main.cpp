@@ -22,6 +22,11 @@ void check_command(const Call &call, bool wanted)
 namespace
 {
 
+constexpr vboard::cli::Program program = {
+    "vboard",
+    "A virtual MOX board: makes one, runs programs on it, looks at it and disturbs it from outside.",
+    "Exit status: 0 done, 1 failed, 2 wrong usage; run, exec and tree hand on the command's own."};
+
 int parse_and_run(int argc, char **argv)
 {
     using namespace vboard::cli;
@@ -33,20 +38,13 @@ int parse_and_run(int argc, char **argv)
     if (call.has_command)
         call.command.assign(dashes + 1, end);
 
-    CLI::App app(
-        "A virtual MOX board: makes one, runs programs on it, looks at it and disturbs it from outside.",
-        "vboard");
-    app.require_subcommand(1);
-    app.footer("Exit status: 0 done, 1 failed, 2 wrong usage; run, exec and tree hand on the command's own.");
-    for (const auto add : {add_boards, add_run, add_tree, add_up_and_down, add_resets, add_values, add_faults,
-                           add_log, add_report, add_machine})
-        add(app, call);
-    try {
-        app.parse(static_cast<int>(dashes - argv), argv);
-    } catch (const CLI::ParseError &error) {
-        const int status = app.exit(error);
-        return status == 0 ? done : usage;
-    }
+    const auto add = [&call](Arguments line) {
+        for (const auto add_verbs : {add_boards, add_run, add_tree, add_up_and_down, add_resets, add_values,
+                                     add_faults, add_log, add_report, add_machine})
+            add_verbs(line, call);
+    };
+    if (const auto helped = parse(program, static_cast<int>(dashes - argv), argv, add))
+        return *helped ? done : usage;
     try {
         return call.action();
     } catch (const UsageError &error) {

@@ -23,12 +23,12 @@ struct Options {
     bool json = false;
 };
 
-void add_options(CLI::App &app, Options &options)
+void add_options(Arguments line, Options &options)
 {
-    app.add_option("--state,DIRECTORY", options.state,
-                   "the board's directory (default: $VBOARD_STATE or ~/.local/state/vboard/default)");
-    app.add_option("-o,--output", options.output, "write it to this file (default: standard output)");
-    app.add_flag("--json", options.json, "the page's data, not the page");
+    line.text("--state,DIRECTORY", options.state,
+              "the board's directory (default: $VBOARD_STATE or ~/.local/state/vboard/default)");
+    line.text("-o,--output", options.output, "write it to this file (default: standard output)");
+    line.flag("--json", options.json, "the page's data, not the page");
 }
 
 bool is_running(const fs::path &state)
@@ -72,10 +72,10 @@ int report(const Options &options, const Call &)
 
 } // namespace
 
-void add_report(CLI::App &app, Call &call)
+void add_report(Arguments line, Call &call)
 {
     add_verb<Options>(
-        app, call, "report",
+        line, call, "report",
         "Write a page of the board's life: boots, resets, driver traffic, faults, installations", add_options,
         report);
 }

@@ -17,15 +17,15 @@ struct Options {
     bool cold = false;
 };
 
-void add_cut_options(CLI::App &app, Options &options)
+void add_cut_options(Arguments line, Options &options)
 {
-    add_state_option(app, options.state);
+    add_state_option(line, options.state);
 }
 
-void add_reset_options(CLI::App &app, Options &options)
+void add_reset_options(Arguments line, Options &options)
 {
-    add_state_option(app, options.state);
-    app.add_flag("--cold", options.cold, "a cold reset, also where the board can do a soft one");
+    add_state_option(line, options.state);
+    line.flag("--cold", options.cold, "a cold reset, also where the board can do a soft one");
 }
 
 int ask(const Options &options, const nlohmann::json &request)
@@ -47,12 +47,12 @@ int cut(const Options &options, const Call &)
 
 } // namespace
 
-void add_resets(CLI::App &app, Call &call)
+void add_resets(Arguments line, Call &call)
 {
-    add_verb<Options>(app, call, "reset",
+    add_verb<Options>(line, call, "reset",
                       "Reset the board as its own reboot command does, and say which kind of reset it was",
                       add_reset_options, reset);
-    add_verb<Options>(app, call, "power-cut",
+    add_verb<Options>(line, call, "power-cut",
                       "Take the board's power away and give it back: what is not in a file is lost",
                       add_cut_options, cut);
 }

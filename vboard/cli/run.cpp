@@ -32,13 +32,12 @@ struct Options {
     bool show_log = false;
 };
 
-void add_options(CLI::App &app, Options &options)
+void add_options(Arguments line, Options &options)
 {
-    add_board_options(app, options.board);
-    app.add_option("--state", options.board.state,
-                   "keep the board in this directory (default: a temporary one)");
-    app.add_option("--log", options.log, "afterwards, write the conversation with the driver to this file");
-    app.add_flag("--show-log", options.show_log, "afterwards, show it on standard error");
+    add_board_options(line, options.board);
+    line.text("--state", options.board.state, "keep the board in this directory (default: a temporary one)");
+    line.text("--log", options.log, "afterwards, write the conversation with the driver to this file");
+    line.flag("--show-log", options.show_log, "afterwards, show it on standard error");
 }
 
 constexpr std::array handed_on{SIGINT, SIGQUIT, SIGTERM, SIGHUP};
@@ -140,9 +139,9 @@ int run(const Options &options, const Call &call)
 
 } // namespace
 
-void add_run(CLI::App &app, Call &call)
+void add_run(Arguments line, Call &call)
 {
-    add_verb<Options>(app, call, "run",
+    add_verb<Options>(line, call, "run",
                       "Run a command on a board of its own: vboard run --board NAME -- COMMAND", add_options,
                       run, true);
 }

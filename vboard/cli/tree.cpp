@@ -21,13 +21,12 @@ struct Options {
     std::vector<std::string> keep;
 };
 
-void add_options(CLI::App &app, Options &options)
+void add_options(Arguments line, Options &options)
 {
-    app.add_option("--state", options.state, "keep the board's files in this directory (default: in memory)");
-    app.add_option(
-           "--keep", options.keep,
-           "path of the host to keep reachable where the board has a directory of its own; may be repeated")
-        ->take_all();
+    line.text("--state", options.state, "keep the board's files in this directory (default: in memory)");
+    line.texts(
+        "--keep", options.keep,
+        "path of the host to keep reachable where the board has a directory of its own; may be repeated");
 }
 
 int tree(const Options &options, const Call &call)
@@ -57,9 +56,9 @@ int tree(const Options &options, const Call &call)
 
 } // namespace
 
-void add_tree(CLI::App &app, Call &call)
+void add_tree(Arguments line, Call &call)
 {
-    add_verb<Options>(app, call, "tree",
+    add_verb<Options>(line, call, "tree",
                       "Run a command in a board's file tree, with no driver: vboard tree -- COMMAND",
                       add_options, tree, true);
 }

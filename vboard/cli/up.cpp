@@ -26,15 +26,15 @@ struct StateOptions {
     bool json = false;
 };
 
-void add_state_options(CLI::App &app, StateOptions &options)
+void add_state_options(Arguments line, StateOptions &options)
 {
-    add_state_option(app, options.state);
+    add_state_option(line, options.state);
 }
 
-void add_status_options(CLI::App &app, StateOptions &options)
+void add_status_options(Arguments line, StateOptions &options)
 {
-    add_state_option(app, options.state);
-    app.add_flag("--json", options.json, "as JSON");
+    add_state_option(line, options.state);
+    line.flag("--json", options.json, "as JSON");
 }
 
 struct UpOptions {
@@ -42,11 +42,11 @@ struct UpOptions {
     bool cuse = false;
 };
 
-void add_up_options(CLI::App &app, UpOptions &options)
+void add_up_options(Arguments line, UpOptions &options)
 {
-    add_board_options(app, options.board);
-    add_state_option(app, options.board.state);
-    app.add_flag(
+    add_board_options(line, options.board);
+    add_state_option(line, options.board.state);
+    line.flag(
         "--cuse", options.cuse,
         "make the board's devices character devices of this machine (takes a kernel with CUSE, and root)");
 }
@@ -125,13 +125,14 @@ int execute(const StateOptions &options, const Call &call)
 
 } // namespace
 
-void add_up_and_down(CLI::App &app, Call &call)
+void add_up_and_down(Arguments line, Call &call)
 {
-    add_verb<UpOptions>(app, call, "up", "Start a board that stays", add_up_options, up);
-    add_verb<StateOptions>(app, call, "exec", "Run a command on the board that is up: vboard exec -- COMMAND",
-                           add_state_options, execute, true);
-    add_verb<StateOptions>(app, call, "down", "Switch the board off", add_state_options, down);
-    add_verb<StateOptions>(app, call, "status", "Tell about the board that is up", add_status_options,
+    add_verb<UpOptions>(line, call, "up", "Start a board that stays", add_up_options, up);
+    add_verb<StateOptions>(line, call, "exec",
+                           "Run a command on the board that is up: vboard exec -- COMMAND", add_state_options,
+                           execute, true);
+    add_verb<StateOptions>(line, call, "down", "Switch the board off", add_state_options, down);
+    add_verb<StateOptions>(line, call, "status", "Tell about the board that is up", add_status_options,
                            status);
 }
 

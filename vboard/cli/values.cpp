@@ -28,33 +28,32 @@ struct VariableOptions {
     std::optional<std::string> value;
 };
 
-void add_get_options(CLI::App &app, ItemOptions &options)
+void add_get_options(Arguments line, ItemOptions &options)
 {
-    add_state_option(app, options.state);
-    app.add_option("device", options.device, "device path")->required();
-    app.add_option("code", options.code, "item code; none for the size of /dev/module_crl's list");
+    add_state_option(line, options.state);
+    line.text("device", options.device, "device path").required();
+    line.text("code", options.code, "item code; none for the size of /dev/module_crl's list");
 }
 
-void add_set_options(CLI::App &app, ItemOptions &options)
+void add_set_options(Arguments line, ItemOptions &options)
 {
-    add_state_option(app, options.state);
-    app.add_option("device", options.device, "device path")->required();
-    app.add_option("code", options.code, "item code")->required();
-    auto *value = app.add_option("value", options.value, "its new value");
-    app.add_flag("--remove", options.remove, "take the item away: the driver then refuses it")
-        ->excludes(value);
+    add_state_option(line, options.state);
+    line.text("device", options.device, "device path").required();
+    line.text("code", options.code, "item code").required();
+    const Argument value = line.text("value", options.value, "its new value");
+    line.flag("--remove", options.remove, "take the item away: the driver then refuses it").excludes(value);
 }
 
-void add_getenv_options(CLI::App &app, VariableOptions &options)
+void add_getenv_options(Arguments line, VariableOptions &options)
 {
-    add_state_option(app, options.state);
-    app.add_option("name", options.name, "name of the boot variable")->required();
+    add_state_option(line, options.state);
+    line.text("name", options.name, "name of the boot variable").required();
 }
 
-void add_setenv_options(CLI::App &app, VariableOptions &options)
+void add_setenv_options(Arguments line, VariableOptions &options)
 {
-    add_getenv_options(app, options);
-    app.add_option("value", options.value, "its new value; without one the variable is deleted");
+    add_getenv_options(line, options);
+    line.text("value", options.value, "its new value; without one the variable is deleted");
 }
 
 int get(const ItemOptions &options, const Call &)
@@ -100,18 +99,19 @@ int set_variable(const VariableOptions &options, const Call &)
 
 } // namespace
 
-void add_values(CLI::App &app, Call &call)
+void add_values(Arguments line, Call &call)
 {
-    add_verb<ItemOptions>(app, call, "get", "Show an item of the board's driver, or the size of a list",
+    add_verb<ItemOptions>(line, call, "get", "Show an item of the board's driver, or the size of a list",
                           add_get_options, get);
-    add_verb<ItemOptions>(app, call, "set",
+    add_verb<ItemOptions>(line, call, "set",
                           "Set an item of the board's driver; it lasts as long as the state", add_set_options,
                           set);
-    add_verb<VariableOptions>(app, call, "getenv", "Show a boot variable as the driver has it now",
+    add_verb<VariableOptions>(line, call, "getenv", "Show a boot variable as the driver has it now",
                               add_getenv_options, get_variable);
     add_verb<VariableOptions>(
-        app, call, "setenv", "Set or delete a boot variable in the driver; saving it is a program's business",
-        add_setenv_options, set_variable);
+        line, call, "setenv",
+        "Set or delete a boot variable in the driver; saving it is a program's business", add_setenv_options,
+        set_variable);
 }
 
 } // namespace vboard::cli

@@ -3,7 +3,7 @@
 // the one asked for; each group of verbs has a file of its own.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "cli/arguments.hpp"
 
 #include <functional>
 #include <memory>
@@ -31,16 +31,16 @@ struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-void add_boards(CLI::App &app, Call &call);
-void add_tree(CLI::App &app, Call &call);
-void add_run(CLI::App &app, Call &call);
-void add_up_and_down(CLI::App &app, Call &call); // up, down, exec, status
-void add_resets(CLI::App &app, Call &call);      // reset, power-cut
-void add_values(CLI::App &app, Call &call);      // get, set, getenv, setenv
-void add_faults(CLI::App &app, Call &call);
-void add_log(CLI::App &app, Call &call);
-void add_report(CLI::App &app, Call &call);
-void add_machine(CLI::App &app, Call &call); // machine build, boot, run, test
+void add_boards(Arguments line, Call &call);
+void add_tree(Arguments line, Call &call);
+void add_run(Arguments line, Call &call);
+void add_up_and_down(Arguments line, Call &call); // up, down, exec, status
+void add_resets(Arguments line, Call &call);      // reset, power-cut
+void add_values(Arguments line, Call &call);      // get, set, getenv, setenv
+void add_faults(Arguments line, Call &call);
+void add_log(Arguments line, Call &call);
+void add_report(Arguments line, Call &call);
+void add_machine(Arguments line, Call &call); // machine build, boot, run, test
 
 // Refuses a missing command (`wanted`) or one that the verb has no use for.
 void check_command(const Call &call, bool wanted);
@@ -48,19 +48,16 @@ void check_command(const Call &call, bool wanted);
 // Adds a verb: `add_options` fills its command line, `action` gets what was given. A verb that wants a
 // command finds it in the call; the others are refused one.
 template <class Options>
-void add_verb(CLI::App &app, Call &call, const char *name, const char *help,
-              void (*add_options)(CLI::App &, Options &), int (*action)(const Options &, const Call &),
+void add_verb(Arguments line, Call &call, const char *name, const char *help,
+              void (*add_options)(Arguments, Options &), int (*action)(const Options &, const Call &),
               bool wants_command = false)
 {
     auto options = std::make_shared<Options>();
-    CLI::App *verb = app.add_subcommand(name, help);
-    add_options(*verb, *options);
-    verb->callback([options, action, wants_command, &call] {
-        call.action = [options, action, wants_command, &call] {
-            check_command(call, wants_command);
-            return action(*options, call);
-        };
-    });
+    const auto act = [options, action, wants_command, &call] {
+        check_command(call, wants_command);
+        return action(*options, call);
+    };
+    add_options(line.verb(name, help, [act, &call] { call.action = act; }), *options);
 }
 
 } // namespace vboard::cli
