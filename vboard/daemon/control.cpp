@@ -17,7 +17,7 @@ using nlohmann::json;
 namespace
 {
 
-constexpr std::size_t longest_line = 1024 * 1024;
+constexpr std::size_t longest_line = 1U << 20; // bytes
 
 bool write_line(int fd, const json &object)
 {

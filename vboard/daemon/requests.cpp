@@ -26,7 +26,7 @@ std::string text(const json &request, const char *name)
 
 std::string known_device(const RequestContext &context, const json &request)
 {
-    const std::string device = text(request, "device");
+    std::string device = text(request, "device");
     if (std::find(context.devices.begin(), context.devices.end(), device) != context.devices.end())
         return device;
     std::string names;

@@ -31,7 +31,7 @@ std::string records(const std::map<std::string, std::string> &variables)
 {
     std::string text;
     for (const auto &[name, value] : variables)
-        (text += name + "=" + value).push_back('\0');
+        text.append(name).append("=").append(value).push_back('\0');
     return text;
 }
 
