@@ -74,8 +74,7 @@ Arguments Arguments::verb(const char *name, const char *help, std::function<void
     return Arguments(*verb);
 }
 
-std::optional<bool> parse(const Program &program, int argc, char **argv,
-                          const std::function<void(Arguments)> &add)
+Parsed parse(const Program &program, int argc, char **argv, const std::function<void(Arguments)> &add)
 {
     CLI::App parser(program.description, program.name);
     parser.require_subcommand(1);
@@ -83,9 +82,9 @@ std::optional<bool> parse(const Program &program, int argc, char **argv,
     add(Arguments(parser));
     try {
         parser.parse(argc, argv);
-        return std::nullopt;
+        return Parsed::taken;
     } catch (const CLI::ParseError &error) {
-        return parser.exit(error) == 0;
+        return parser.exit(error) == 0 ? Parsed::helped : Parsed::wrong;
     }
 }
 

@@ -55,14 +55,14 @@ class Arguments
     CLI::App *parser_;
 };
 
-// Where a program's command line is looked at: its name and what its help says of it.
+// A program as its help shows it.
 struct Program {
     const char *name, *description, *footer;
 };
-// Takes what `add` asks for. Words that are wrong, or that ask for help, are answered; what comes back then
-// is true where help was given.
-std::optional<bool> parse(const Program &program, int argc, char **argv,
-                          const std::function<void(Arguments)> &add);
+
+// Takes what `add` asks for. Words that are wrong, or that ask for help, have been answered then.
+enum class Parsed { taken, helped, wrong };
+Parsed parse(const Program &program, int argc, char **argv, const std::function<void(Arguments)> &add);
 
 // The same from one text. Throws std::runtime_error that says what is wrong.
 void parse(const std::string &text, const std::function<void(Arguments)> &add);

@@ -43,8 +43,9 @@ int parse_and_run(int argc, char **argv)
                                      add_faults, add_log, add_report, add_machine})
             add_verbs(line, call);
     };
-    if (const auto helped = parse(program, static_cast<int>(dashes - argv), argv, add))
-        return *helped ? done : usage;
+    const Parsed parsed = parse(program, static_cast<int>(dashes - argv), argv, add);
+    if (parsed != Parsed::taken)
+        return parsed == Parsed::helped ? done : usage;
     try {
         return call.action();
     } catch (const UsageError &error) {
